@@ -1,0 +1,57 @@
+# What every target of the project shares: language level, warnings, Qt's strict text rules,
+# precompiled headers and one place for programs.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+
+find_program(CORVANE_CCACHE ccache)
+if(CORVANE_CCACHE)
+  # Precompiled headers only hit the cache when it may overlook their time stamps.
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime "${CORVANE_CCACHE}")
+  add_compile_options(-fpch-preprocess)
+endif()
+
+add_library(corvane_options INTERFACE)
+target_include_directories(corvane_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
+target_compile_definitions(corvane_options INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
+target_compile_options(corvane_options INTERFACE
+  -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
+if(CORVANE_WARNINGS_FATAL)
+  target_compile_options(corvane_options INTERFACE -Werror)
+endif()
+if(CORVANE_SANITIZE)
+  target_compile_options(corvane_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(corvane_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(CORVANE_COVERAGE)
+  target_compile_options(corvane_options INTERFACE --coverage -O0)
+  target_link_options(corvane_options INTERFACE --coverage)
+endif()
+
+# corvane_library(NAME SOURCES file... LINK target... [WIDGETS])
+# A folder of src/ as one static library. WIDGETS marks the few folders that may show something.
+function(corvane_library name)
+  cmake_parse_arguments(ARG "WIDGETS" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC corvane_options ${ARG_LINK})
+  if(ARG_WIDGETS)
+    target_link_libraries(${name} PUBLIC Qt6::Widgets)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_precompile_headers(${name} PRIVATE <QtWidgets/QtWidgets>)
+  else()
+    target_link_libraries(${name} PUBLIC Qt6::Gui)
+    target_precompile_headers(${name} PRIVATE
+      <QtCore/QString> <QtCore/QHash> <QtCore/QDateTime> <QtCore/QLocale> <QtCore/QFile>
+      <algorithm> <functional> <memory> <optional> <span> <string> <vector>)
+  endif()
+endfunction()

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/database/connection_text.h"
+#include "platform/database/rowset.h"
+
+#include <QtCore/QStringList>
+
+#include <memory>
+
+namespace corvane {
+
+/// Where drivers look for files and how they read date literals; the same for every connection.
+struct DriverSettings {
+    QString programFolder;
+    int dateOrder = 0; ///< 0 month-day-year, 1 day-month-year, 2 year-month-day
+};
+
+/// One open session with one kind of database. Closing happens on destruction.
+class Driver
+{
+public:
+    virtual ~Driver() = default;
+
+    /// Runs one statement to its end and keeps all its rows. DatabaseError on any failure, a blank
+    /// statement included.
+    virtual RowsetPtr query(const QString &sql) = 0;
+};
+
+/// SQLite: `dataSource` is "sqlite:FOLDER", FOLDER relative to the program folder. The catalogue X is
+/// its file X.db; every *.db there is attached under its own name, read only. A missing folder or
+/// file is a failed connection and is never created.
+std::unique_ptr<Driver> openEmbedded(const ConnectionText &text, const DriverSettings &settings);
+
+/// Any ODBC driver: the SQL Server providers map to the vendor's driver or FreeTDS, every other
+/// provider must be the name of an installed driver.
+std::unique_ptr<Driver> openOdbc(const ConnectionText &text, const DriverSettings &settings);
+
+/// The names of the ODBC drivers that this system has.
+QStringList installedOdbcDrivers();
+
+} // namespace corvane

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/composer/document.h"
+
+#include <QtCore/QString>
+
+#include <stdexcept>
+
+namespace corvane {
+
+struct PdfOptions {
+    QString producer = QStringLiteral("Corvane Reporter 1.0");
+};
+
+/// A PDF that could not be written; the words name the file and the cause.
+class PdfError : public std::runtime_error
+{
+public:
+    explicit PdfError(const QString &message);
+    const QString &message() const { return m_message; }
+
+private:
+    QString m_message;
+};
+
+/// Writes the document as PDF 1.7 (ISO 32000-1): real text, fonts embedded as subsets, one page for
+/// each of the document's. Written beside the target and renamed into place, so that a failure leaves
+/// an older file as it was. The same document gives the same bytes, dates and id aside.
+/// @throws PdfError when the document is not whole or the file cannot be written.
+void writePdf(const Document &document, const QString &fileName, const PdfOptions &options = {});
+
+} // namespace corvane
