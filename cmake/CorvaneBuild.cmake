@@ -22,7 +22,7 @@ endif()
 add_library(corvane_options INTERFACE)
 target_include_directories(corvane_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
 target_compile_definitions(corvane_options INTERFACE
-  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER)
 target_compile_options(corvane_options INTERFACE
   -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
 if(CORVANE_WARNINGS_FATAL)
