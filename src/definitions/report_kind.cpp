@@ -1,0 +1,50 @@
+#include "definitions/report_kind.h"
+
+#include "shared/profile.h"
+#include "shared/report_host.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+namespace corvane {
+
+namespace {
+
+constexpr qint64 kMarkerBytes = 60;
+
+QByteArray firstBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.read(kMarkerBytes) : QByteArray();
+}
+
+} // namespace
+
+int getReportType(const QString &path)
+{
+    const QByteArray start = firstBytes(path);
+    if (start.contains("<Reports>") && start.contains("<?xml version=\"1.0\""))
+        return DesignedReport;
+    return ReadINI(path, u"Columns", u"PageColumns").trimmed().isEmpty() ? NoReport : TabularReport;
+}
+
+int listedReportType(const QString &path)
+{
+    return ReadINI(path, u"Columns", u"PageColumns").isEmpty() ? DesignedReport : TabularReport;
+}
+
+QString unreadableReason(const QString &path)
+{
+    const QString shown = QDir::toNativeSeparators(path);
+    const QFileInfo info(path);
+    if (info.isDir())
+        return QStringLiteral("\"%1\" is a folder, not a report definition.").arg(shown);
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly))
+        return {};
+    const QString cause = info.exists() ? file.errorString() : QStringLiteral("there is no such file");
+    return QStringLiteral("The report definition \"%1\" cannot be read: %2.").arg(shown, cause);
+}
+
+} // namespace corvane

@@ -1,0 +1,461 @@
+#include "platform/composer/page_composer.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace corvane {
+
+namespace {
+
+constexpr Twips kMargin {1440};
+constexpr Twips kNarrowMargin {720};
+constexpr Twips kShortSide {12240};
+constexpr Twips kLongSide {15840};
+constexpr Twips kColumnGap {360};
+constexpr Twips kCellPadding {60};
+constexpr Twips kRowPadding {22};
+constexpr Twips kRuleThickness {10};
+constexpr Twips kLeastTextWidth {720};
+constexpr double kSmallestFont = 1;
+constexpr double kLargestFont = 144;
+constexpr QRgb kInk = 0xff1c2530;
+constexpr QRgb kQuietInk = 0xff6b7480;
+constexpr QRgb kCaptionFill = 0xfffff6d6;
+constexpr size_t kRunsPerPage = 512;
+
+/// Black text reads well on every fill; a caption's classic yellow becomes a light one.
+QRgb fillOf(int shade)
+{
+    if (shade == kCaptionShade)
+        return kCaptionFill;
+    const auto channel = [&](int shift) { return 255 - (255 - ((shade >> shift) & 0xff)) / 4; };
+    return qRgb(channel(0), channel(8), channel(16));
+}
+
+
+Twips paddingOf(const ColumnFormat &column)
+{
+    return std::min(kCellPadding, column.width / 8);
+}
+
+} // namespace
+
+PageComposer::PageComposer()
+{
+    reset();
+}
+
+void PageComposer::reset()
+{
+    m_document.reset();
+    m_orientation = Orientation::Portrait;
+    m_fontName = QStringLiteral("Arial");
+    m_fontSize = 10;
+    setHeaderFont(m_fontName, m_fontSize);
+    m_bold = false;
+    m_border = TableBorder::None;
+    m_columns = 1;
+    m_leftIndent = {};
+    m_widthNeeded = {};
+    m_header.clear();
+    m_footer.clear();
+    m_runningHeading.clear();
+    m_formats.clear();
+    m_fonts.takeSubstitutions();
+    m_used[0].reset();
+    m_used[1].reset();
+}
+
+void PageComposer::setFontName(const QString &name)
+{
+    m_fontName = name;
+    m_used[0].reset();
+    m_used[1].reset();
+}
+
+void PageComposer::setFontSize(double points)
+{
+    if (points == 0)
+        return;
+    if (!(points >= kSmallestFont && points <= kLargestFont))
+        throw ComposeError(QStringLiteral("The font size %1 is not between 1 and 144 points.").arg(points));
+    m_fontSize = points;
+    m_used[0].reset();
+    m_used[1].reset();
+}
+
+void PageComposer::setHeaderFont(const QString &name, double points)
+{
+    m_headerFontName = name;
+    m_headerFontSize = points;
+}
+
+void PageComposer::setBold(bool bold)
+{
+    m_bold = bold;
+    m_used[int(Weight::Current)].reset();
+}
+
+void PageComposer::setPageColumns(int columns)
+{
+    m_columns = std::max(columns, 1);
+    m_column = 0;
+    m_columnTop = m_contentTop = m_y;
+    m_formats.clear();
+}
+
+void PageComposer::setLeftIndent(double twips)
+{
+    m_leftIndent = Twips::rounded(std::clamp(twips, 0.0, double(kLongSide.count())));
+}
+
+Twips PageComposer::widestContent(Orientation orientation)
+{
+    return (orientation == Orientation::Portrait ? kShortSide : kLongSide) - kNarrowMargin * 2;
+}
+
+void PageComposer::startDocument(DocumentInfo info)
+{
+    m_document = std::make_shared<Document>();
+    m_document->info = std::move(info);
+    const bool landscape = m_orientation == Orientation::Landscape;
+    m_document->paperWidth = landscape ? kLongSide : kShortSide;
+    m_document->paperHeight = landscape ? kShortSide : kLongSide;
+    const Twips side = std::clamp((m_document->paperWidth - m_widthNeeded) / 2, kNarrowMargin, kMargin);
+    m_document->leftMargin = m_document->rightMargin = side;
+    m_formats.clear();
+    m_used[0].reset();
+    m_used[1].reset();
+    beginPage();
+}
+
+DocumentPtr PageComposer::endDocument()
+{
+    return finish(true);
+}
+
+DocumentPtr PageComposer::abandonDocument()
+{
+    return finish(false);
+}
+
+DocumentPtr PageComposer::finish(bool whole)
+{
+    if (!m_document)
+        return nullptr;
+    packPage();
+    m_document->header = furniture(m_header);
+    m_document->footer = furniture(m_footer);
+    m_document->notes += m_fonts.takeSubstitutions();
+    m_document->isWhole = whole;
+    return std::exchange(m_document, nullptr);
+}
+
+Furniture PageComposer::furniture(const QString &parts)
+{
+    const FontFacePtr face = m_fonts.face(m_headerFontName, false);
+    const auto styled = [&](QRgb colour) {
+        return styleIndex(*m_document, {faceIndex(*m_document, face), Twips::fromPoints(m_headerFontSize), colour});
+    };
+    const QStringList texts = parts.split(u'|');
+    return {texts.value(0), texts.value(1), texts.mid(2).join(u'|'), styled(kInk), styled(kQuietInk)};
+}
+
+void PageComposer::writeParagraph(QStringView text)
+{
+    const UsedFont &used = font(Weight::Current);
+    const Twips indent = std::min(m_leftIndent, columnWidth() - kLeastTextWidth);
+    const Twips width = columnWidth() - indent;
+    const std::vector<Line> lines = m_breaker.breakLines(text, *used.face, fontTwips(), width);
+    size_t done = 0;
+    while (done < lines.size()) {
+        if (m_y + used.lineHeight > bottomLimit() && !isAtColumnTop())
+            breakColumn();
+        const auto room = size_t(std::max((bottomLimit() - m_y).count() / used.lineHeight.count(), 1));
+        const size_t count = std::min(room, lines.size() - done);
+        const Twips height = used.lineHeight * qint32(count);
+        openBlock(BlockKind::Paragraph, 1, height, done > 0);
+        placeLines(*m_document, page(), text, std::span(lines).subspan(done, count),
+            {columnLeft() + indent, width, m_y + used.ascent, used.lineHeight, 0, used.style, 0});
+        m_y += height;
+        done += count;
+    }
+}
+
+void PageComposer::addTable(QStringView format, QStringView header, QStringView body, int headerShade, int bodyShade, bool continues)
+{
+    const Format &columns = formatOf(format);
+    if (columns.columns.empty())
+        return;
+    if (!header.isEmpty()) {
+        if (m_runningHeading != header)
+            m_runningHeading = header.toString();
+        if (m_runningFormat.text != columns.text)
+            m_runningFormat = columns;
+        if (!continues)
+            drawHeading(header, columns, headerShade, Weight::Current, m_border);
+    }
+    if (body.isEmpty())
+        return;
+    const bool isCaption = continues && header.isEmpty();
+    drawRow(body, columns, {isCaption ? BlockKind::Caption : BlockKind::Row, Weight::Current, bodyShade});
+}
+
+void PageComposer::newPage()
+{
+    beginPage();
+}
+
+void PageComposer::addOutlineEntry(const QString &title)
+{
+    m_document->outline.push_back({title, pageCount() - 1, m_y});
+}
+
+int PageComposer::pageCount() const
+{
+    return m_document ? m_document->pageCount() : 0;
+}
+
+const PageComposer::UsedFont &PageComposer::font(Weight weight)
+{
+    auto &used = m_used[int(weight)];
+    if (!used) {
+        const FontFacePtr face = m_fonts.face(m_fontName, m_bold || weight == Weight::Bold);
+        const double scale = fontTwips().count() / double(face->unitsPerEm());
+        used = UsedFont {face, styleIndex(*m_document, {faceIndex(*m_document, face), fontTwips(), kInk}),
+            Twips::rounded(face->ascent() * scale), Twips::rounded((face->ascent() + face->descent()) * scale)};
+    }
+    return *used;
+}
+
+Twips PageComposer::columnWidth() const
+{
+    const Twips content = m_document->paperWidth - m_document->leftMargin - m_document->rightMargin;
+    return (content - kColumnGap * (m_columns - 1)) / m_columns;
+}
+
+Twips PageComposer::columnLeft() const
+{
+    return m_document->leftMargin + (columnWidth() + kColumnGap) * m_column;
+}
+
+Twips PageComposer::bottomLimit() const
+{
+    return m_document->paperHeight - kMargin;
+}
+
+void PageComposer::beginPage()
+{
+    if (!m_document->pages.empty())
+        packPage();
+    m_document->pages.emplace_back().runs.reserve(kRunsPerPage);
+    m_column = 0;
+    m_y = m_columnTop = m_contentTop = kMargin;
+}
+
+void PageComposer::packPage()
+{
+    Page &last = page();
+    last.text.squeeze();
+    last.runs.shrink_to_fit();
+    last.blocks.shrink_to_fit();
+    last.rects.shrink_to_fit();
+}
+
+void PageComposer::breakColumn()
+{
+    if (m_column + 1 < m_columns) {
+        ++m_column;
+        m_y = m_contentTop = m_columnTop;
+    } else {
+        beginPage();
+    }
+    if (m_runningHeading.isEmpty() || m_drawingHeading)
+        return;
+    m_drawingHeading = true;
+    drawHeading(m_runningHeading, m_runningFormat, kNoShade, Weight::Bold, TableBorder::AboveAndBelow);
+    m_drawingHeading = false;
+    // A heading that fills the column by itself must not keep the rows from ever being placed.
+    m_contentTop = m_y;
+}
+
+const PageComposer::Format &PageComposer::formatOf(QStringView text)
+{
+    const auto known = std::ranges::find_if(m_formats, [&](const Format &format) { return format.text == text; });
+    if (known != m_formats.end())
+        return *known;
+    auto parsed = parseColumnFormat(text);
+    if (const auto *fault = std::get_if<FormatFault>(&parsed))
+        throw ComposeError(QStringLiteral("The column layout \"%1\" cannot be used: %2 (character %3).")
+                               .arg(text.left(80), fault->words)
+                               .arg(fault->offset + 1));
+    Format format {text.toString(), std::get<std::vector<ColumnFormat>>(std::move(parsed)), {}};
+    for (const ColumnFormat &column : format.columns)
+        format.width += column.width;
+    narrowToColumn(format);
+    return m_formats.emplace_back(std::move(format));
+}
+
+void PageComposer::narrowToColumn(Format &format)
+{
+    const Twips room = columnWidth();
+    if (format.width <= room)
+        return;
+    m_document->notes += QStringLiteral("The columns \"%1\" are %2 inches wide and the page has room for %3: they were narrowed to fit (from page %4).")
+                             .arg(format.text)
+                             .arg(format.width.count() / 1440.0, 0, 'f', 2)
+                             .arg(room.count() / 1440.0, 0, 'f', 2)
+                             .arg(pageCount());
+    const double scale = double(room.count()) / format.width.count();
+    format.width = {};
+    for (ColumnFormat &column : format.columns) {
+        column.width = std::max(Twips(qint32(column.width.count() * scale)), Twips(1));
+        format.width += column.width;
+    }
+}
+
+void PageComposer::drawHeading(QStringView header, const Format &format, int shade, Weight weight, TableBorder border)
+{
+    if (border == TableBorder::AboveAndBelow) {
+        // Kept with its rules: a heading never starts where only its upper rule would fit.
+        const Twips height = font(weight).lineHeight + kRowPadding * 4;
+        if (m_y + height > bottomLimit() && !isAtColumnTop())
+            breakColumn();
+        addRule(m_y);
+        m_y += kRowPadding;
+    }
+    drawRow(header, format, {BlockKind::HeadingRow, weight, shade});
+    if (border == TableBorder::AboveAndBelow) {
+        m_y += kRowPadding;
+        addRule(m_y);
+        m_y += kRuleThickness;
+    }
+}
+
+void PageComposer::addRule(Twips y)
+{
+    page().rects.push_back({columnLeft().count(), y.count(), columnWidth().count(), kRuleThickness.count(), kInk});
+}
+
+void PageComposer::drawRow(QStringView row, const Format &format, const RowLook &look)
+{
+    splitCells(row, qsizetype(format.columns.size()), m_cells);
+    if (drawSingleLineRow(format, look))
+        return;
+    breakCells(format, look);
+    const UsedFont used = font(look.weight);
+    size_t lines = 1;
+    for (size_t i = 0; i < m_cells.size(); ++i)
+        lines = std::max(lines, m_cellLines[i].size());
+    // Breaking a column draws the heading, which needs the cell lists: this row's are put aside.
+    const auto breakHere = [&] {
+        const auto cells = m_cells;
+        const auto cellLines = m_cellLines;
+        breakColumn();
+        m_cells = cells;
+        m_cellLines = cellLines;
+    };
+    const auto heightOf = [&](size_t count) { return used.lineHeight * qint32(count) + kRowPadding * 2; };
+    if (m_y + heightOf(lines) > bottomLimit() && !isAtColumnTop())
+        breakHere();
+    for (size_t done = 0; done < lines;) {
+        const qint32 room = (bottomLimit() - m_y - kRowPadding * 2).count() / used.lineHeight.count();
+        const size_t count = std::min(size_t(std::max(room, 1)), lines - done);
+        startRow(format, look, heightOf(count), done > 0);
+        placeCells(format, look, done, count);
+        m_y += heightOf(count);
+        done += count;
+        if (done < lines)
+            breakHere();
+    }
+}
+
+bool PageComposer::drawSingleLineRow(const Format &format, const RowLook &look)
+{
+    const FontFace *face = font(look.weight).face.get();
+    const double unitsPerTwip = double(face->unitsPerEm()) / fontTwips().count();
+    m_cellUnits.clear();
+    for (size_t i = 0; i < m_cells.size(); ++i) {
+        const ColumnFormat &column = format.columns[i];
+        const auto units = face->plainWidth(m_cells[i]);
+        if (!units || *units > (column.width - paddingOf(column) * 2).count() * unitsPerTwip)
+            return false;
+        m_cellUnits.push_back(*units);
+    }
+    const Twips height = font(look.weight).lineHeight + kRowPadding * 2;
+    if (m_y + height > bottomLimit() && !isAtColumnTop()) {
+        const auto cells = m_cells;
+        const auto units = m_cellUnits;
+        breakColumn();
+        m_cells = cells;
+        m_cellUnits = units;
+    }
+    startRow(format, look, height);
+    const UsedFont &used = font(look.weight);
+    Page &here = page();
+    const qint32 baseline = (m_y + kRowPadding + used.ascent).count();
+    qint32 left = columnLeft().count();
+    for (size_t i = 0; i < m_cells.size(); ++i) {
+        const ColumnFormat &column = format.columns[i];
+        const qint32 padding = paddingOf(column).count();
+        if (!m_cells[i].isEmpty()) {
+            const qint32 width = qint32(m_cellUnits[i] / unitsPerTwip + 0.5);
+            const qint32 slack = column.width.count() - padding * 2 - width;
+            const qint32 shift = column.alignment == Alignment::Left ? 0
+                : column.alignment == Alignment::Right               ? slack
+                                                                     : slack / 2;
+            here.runs.push_back({left + padding + std::max(shift, 0), baseline, quint32(here.text.size()),
+                quint32(m_cells[i].size()), 0, used.style, quint16(i)});
+            here.text.append(m_cells[i]);
+        }
+        left += column.width.count();
+    }
+    m_y += height;
+    return true;
+}
+
+void PageComposer::breakCells(const Format &format, const RowLook &look)
+{
+    const FontFacePtr face = font(look.weight).face;
+    if (m_cellLines.size() < m_cells.size())
+        m_cellLines.resize(m_cells.size());
+    for (size_t i = 0; i < m_cells.size(); ++i) {
+        const ColumnFormat &column = format.columns[i];
+        const Twips width = std::max(column.width - paddingOf(column) * 2, Twips(1));
+        m_cellLines[i] = m_breaker.breakLines(m_cells[i], *face, fontTwips(), width);
+    }
+}
+
+void PageComposer::placeCells(const Format &format, const RowLook &look, size_t firstLine, size_t lineCount)
+{
+    const UsedFont used = font(look.weight);
+    Twips left = columnLeft();
+    for (size_t i = 0; i < m_cells.size(); ++i) {
+        const ColumnFormat &column = format.columns[i];
+        const Twips padding = paddingOf(column);
+        const std::span<const Line> lines(m_cellLines[i]);
+        if (firstLine < lines.size()) {
+            placeLines(*m_document, page(), m_cells[i], lines.subspan(firstLine, std::min(lineCount, lines.size() - firstLine)),
+                {left + padding, column.width - padding * 2, m_y + kRowPadding + used.ascent, used.lineHeight,
+                    int(column.alignment), used.style, quint16(i)});
+        }
+        left += column.width;
+    }
+}
+
+void PageComposer::startRow(const Format &format, const RowLook &look, Twips height, bool continued)
+{
+    openBlock(look.kind, format.columns.size(), height, continued);
+    if (look.shade == kNoShade)
+        return;
+    const Twips width = look.kind == BlockKind::Caption ? columnWidth() : format.width;
+    page().rects.push_back({columnLeft().count(), m_y.count(), width.count(), height.count(), fillOf(look.shade)});
+}
+
+void PageComposer::openBlock(BlockKind kind, size_t columns, Twips height, bool continued)
+{
+    page().blocks.push_back(
+        {kind, continued, quint16(columns), quint32(page().runs.size()), m_y.count(), (m_y + height).count()});
+}
+
+} // namespace corvane

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "shared/file_stamp.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QString>
+
+#include <stdexcept>
+
+namespace corvane {
+
+/// A profile ("INI") text read once: sections in brackets, key=value lines, ";" comment lines.
+/// Names ignore case and blanks around them, values keep theirs; one matching pair of quotes around a
+/// whole value is dropped; the first section of a name and the first key in it count; a NUL ends the text.
+class Profile
+{
+public:
+    static constexpr qsizetype kLongestValue = 7999;
+
+    Profile() = default;
+    explicit Profile(QStringView text);
+
+    /// Empty for anything missing; at most kLongestValue characters.
+    QString value(QStringView section, QStringView key) const;
+
+private:
+    QHash<QString, QHash<QString, QString>> m_sections;
+};
+
+/// How a profile's bytes are to be read: UTF-8 when they start with its mark or hold valid multi-byte
+/// UTF-8, else Windows-1252. `corvane.ini` is always Windows-1252.
+enum class ProfileEncoding { Windows1252, Utf8, Utf8WithMark };
+ProfileEncoding profileEncoding(const QString &file, QByteArrayView bytes);
+QString decodeProfile(QByteArrayView bytes, ProfileEncoding encoding);
+
+/// A profile file kept parsed. It answers as if nothing were kept, provided that refresh() is called
+/// before each use, or once per record where a report reads it cell by cell.
+class ProfileFile
+{
+public:
+    explicit ProfileFile(const QString &file);
+
+    /// Looks at the file's stamp and reads the file again when it changed. True when it was read again.
+    bool refresh();
+
+    const QString &file() const { return m_file; }
+    QString value(QStringView section, QStringView key) const { return m_profile.value(section, key); }
+
+private:
+    QString m_file;
+    QByteArray m_encodedFile;
+    FileStamp m_stamp;
+    Profile m_profile;
+};
+
+/// The value of a key; empty for a missing file, section or key. Nothing is trimmed.
+QString ReadINI(const QString &file, QStringView section, QStringView key);
+
+class ProfileWriteError : public std::runtime_error
+{
+public:
+    explicit ProfileWriteError(const QString &message);
+    const QString &message() const { return m_message; }
+
+private:
+    QString m_message;
+};
+
+/// Sets the value of a key, making section and key when missing. Every other byte, the line ends and
+/// the encoding stay; the file is replaced as a whole or not at all.
+/// @throws ProfileWriteError when the file cannot be replaced or its encoding lacks a character.
+void WriteINI(const QString &file, QStringView section, QStringView key, const QString &value);
+
+} // namespace corvane

@@ -1,0 +1,162 @@
+#include "shared/profile.h"
+
+#include "shared/code_page.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QSaveFile>
+
+namespace corvane {
+
+namespace {
+
+QByteArray encoded(QStringView text, ProfileEncoding encoding)
+{
+    if (encoding != ProfileEncoding::Windows1252)
+        return text.toUtf8();
+    QByteArray bytes;
+    for (const QChar c : text) {
+        const auto byte = toWindows1252(c);
+        if (!byte)
+            throw ProfileWriteError(QStringLiteral("The file's code page has no character \"%1\" (U+%2). Nothing was written.")
+                                        .arg(c)
+                                        .arg(c.unicode(), 4, 16, QLatin1Char('0')));
+        bytes += char(*byte);
+    }
+    return bytes;
+}
+
+/// Where a value stands in the file's bytes, or where its line or section must be put in.
+struct Place {
+    qsizetype begin = -1;
+    qsizetype end = -1;
+    bool sectionFound = false;
+    bool keyFound = false;
+};
+
+bool sameName(QByteArrayView bytes, QStringView name, ProfileEncoding encoding)
+{
+    return decodeProfile(bytes, encoding == ProfileEncoding::Utf8WithMark ? ProfileEncoding::Utf8 : encoding)
+               .trimmed()
+               .compare(name.trimmed(), Qt::CaseInsensitive)
+        == 0;
+}
+
+/// Scans byte lines, because everything that is not replaced must stay as it is.
+class PlaceFinder
+{
+public:
+    PlaceFinder(QByteArrayView bytes, ProfileEncoding encoding)
+        : m_bytes(bytes)
+        , m_encoding(encoding)
+    {
+        const qsizetype nul = bytes.indexOf('\0');
+        m_textEnd = nul < 0 ? bytes.size() : nul;
+        m_at = encoding == ProfileEncoding::Utf8WithMark ? 3 : 0;
+    }
+
+    Place find(QStringView section, QStringView key)
+    {
+        Place place;
+        bool inside = false;
+        while (m_at < m_textEnd) {
+            const qsizetype start = m_at;
+            const QByteArrayView line = nextLine();
+            const QByteArrayView text = line.trimmed();
+            if (text.startsWith(';'))
+                continue;
+            if (text.startsWith('[')) {
+                if (inside)
+                    break;
+                const qsizetype close = text.indexOf(']');
+                inside = sameName(text.sliced(1, (close < 0 ? text.size() : close) - 1), section, m_encoding);
+                if (inside) {
+                    place.sectionFound = true;
+                    place.begin = place.end = m_at;
+                }
+                continue;
+            }
+            if (!inside)
+                continue;
+            const qsizetype equals = line.indexOf('=');
+            if (equals >= 0 && sameName(line.first(equals), key, m_encoding))
+                return {start + equals + 1, start + line.size(), true, true};
+            if (!text.isEmpty())
+                place.begin = place.end = m_at; // a new key goes behind the section's last line
+        }
+        if (!place.sectionFound)
+            place.begin = place.end = m_textEnd;
+        return place;
+    }
+
+private:
+    /// The line without its end; the position moves behind the end.
+    QByteArrayView nextLine()
+    {
+        const qsizetype start = m_at;
+        qsizetype end = m_bytes.indexOf('\n', start);
+        if (end < 0 || end >= m_textEnd)
+            end = m_textEnd;
+        m_at = std::min(end + 1, m_textEnd);
+        QByteArrayView line = m_bytes.sliced(start, end - start);
+        return line.endsWith('\r') ? line.chopped(1) : line;
+    }
+
+    QByteArrayView m_bytes;
+    ProfileEncoding m_encoding;
+    qsizetype m_textEnd = 0;
+    qsizetype m_at = 0;
+};
+
+QByteArray quotedWhereNeeded(QByteArray value)
+{
+    // The reader drops one pair of quotes; a value that has one of its own needs another around it.
+    const bool quoted = value.size() >= 2 && value.front() == value.back()
+        && (value.front() == '"' || value.front() == '\'');
+    return quoted ? '"' + value + '"' : value;
+}
+
+QByteArray changed(const QByteArray &old, ProfileEncoding encoding, QStringView section, QStringView key, QStringView value)
+{
+    const Place place = PlaceFinder(old, encoding).find(section, key);
+    const QByteArray newValue = quotedWhereNeeded(encoded(value, encoding));
+    QByteArray bytes = old;
+    if (place.keyFound)
+        return bytes.replace(place.begin, place.end - place.begin, newValue);
+
+    const QByteArray lineEnd = old.contains("\r\n") || !old.contains('\n') ? "\r\n" : "\n";
+    const bool atLineStart = place.begin == 0 || old[place.begin - 1] == '\n';
+    QByteArray insertion = atLineStart ? QByteArray() : lineEnd;
+    if (!place.sectionFound)
+        insertion += '[' + encoded(section, encoding) + ']' + lineEnd;
+    insertion += encoded(key, encoding) + '=' + newValue + lineEnd;
+    return bytes.insert(place.begin, insertion);
+}
+
+} // namespace
+
+void WriteINI(const QString &file, QStringView section, QStringView key, const QString &value)
+{
+    const auto refuse = [&](const QString &cause) {
+        throw ProfileWriteError(QStringLiteral("\"%1\" cannot be written: %2. Nothing was changed.")
+                                    .arg(QDir::toNativeSeparators(file), cause));
+    };
+    if (value.contains(u'\n') || value.contains(u'\r') || value.contains(u'\0'))
+        refuse(QStringLiteral("a value must stand on one line"));
+    QByteArray old;
+    QFile source(file);
+    if (source.exists()) {
+        if (!source.open(QIODevice::ReadOnly))
+            refuse(source.errorString());
+        old = source.readAll();
+        source.close();
+    }
+    const QByteArray bytes = changed(old, profileEncoding(file, old), section, key, value);
+    if (bytes == old)
+        return;
+    QSaveFile target(file);
+    if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size() || !target.commit())
+        refuse(target.errorString());
+}
+
+} // namespace corvane

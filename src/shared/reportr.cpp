@@ -1,0 +1,23 @@
+#include "shared/reportr.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+
+namespace corvane {
+
+bool FileExists(const QString &path)
+{
+    return QFileInfo(path).isFile();
+}
+
+QString findFile(const QString &folder, const QString &name)
+{
+    const QStringList names = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+    for (const QString &candidate : names) {
+        if (candidate.compare(name, Qt::CaseInsensitive) == 0)
+            return QDir(folder).filePath(candidate);
+    }
+    return {};
+}
+
+} // namespace corvane
