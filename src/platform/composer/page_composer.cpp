@@ -98,7 +98,12 @@ void PageComposer::setBold(bool bold)
 
 void PageComposer::setPageColumns(int columns)
 {
-    m_columns = std::max(columns, 1);
+    const Twips content = m_document->paperWidth - m_document->leftMargin - m_document->rightMargin;
+    const int most = (content + kColumnGap).count() / (kLeastTextWidth + kColumnGap).count();
+    if (columns > most) {
+        m_document->notes += QStringLiteral("The page has room for %1 newspaper columns, not for %2: %1 were used.").arg(most).arg(columns);
+    }
+    m_columns = std::clamp(columns, 1, most);
     m_column = 0;
     m_columnTop = m_contentTop = m_y;
     m_formats.clear();
@@ -112,6 +117,11 @@ void PageComposer::setLeftIndent(double twips)
 Twips PageComposer::widestContent(Orientation orientation)
 {
     return (orientation == Orientation::Portrait ? kShortSide : kLongSide) - kNarrowMargin * 2;
+}
+
+Twips PageComposer::widthOfColumns(Twips tableWidth, int columns)
+{
+    return tableWidth * columns + kColumnGap * (columns - 1);
 }
 
 void PageComposer::startDocument(DocumentInfo info)
@@ -182,7 +192,7 @@ void PageComposer::writeParagraph(QStringView text)
     }
 }
 
-void PageComposer::addTable(QStringView format, QStringView header, QStringView body, int headerShade, int bodyShade, bool continues)
+void PageComposer::addTable(QStringView format, QStringView header, QStringView body, int headerShade, int bodyShade, TableFlow flow)
 {
     const Format &columns = formatOf(format);
     if (columns.columns.empty())
@@ -192,12 +202,12 @@ void PageComposer::addTable(QStringView format, QStringView header, QStringView 
             m_runningHeading = header.toString();
         if (m_runningFormat.text != columns.text)
             m_runningFormat = columns;
-        if (!continues)
+        if (flow == TableFlow::Starts)
             drawHeading(header, columns, headerShade, Weight::Current, m_border);
     }
     if (body.isEmpty())
         return;
-    const bool isCaption = continues && header.isEmpty();
+    const bool isCaption = flow == TableFlow::Continues && header.isEmpty();
     drawRow(body, columns, {isCaption ? BlockKind::Caption : BlockKind::Row, Weight::Current, bodyShade});
 }
 

@@ -29,6 +29,9 @@ private:
     QString m_description;
 };
 
+/// Whether a table row starts a table of its own or continues the one above without space.
+enum class TableFlow { Starts, Continues };
+
 /// A shade value of a table row; kNoShade leaves the paper white.
 inline constexpr int kNoShade = 0;
 inline constexpr int kCaptionShade = 65535;
@@ -61,8 +64,11 @@ public:
     void setWidthNeeded(Twips width) { m_widthNeeded = width; }
     /// The room between the margins of Letter paper when both are as narrow as they get.
     static Twips widestContent(Orientation orientation);
+    /// The width that so many newspaper columns of tables this wide take with the gaps between them.
+    static Twips widthOfColumns(Twips tableWidth, int columns);
 
     void startDocument(DocumentInfo info);
+    void setDateRange(const QString &range) { m_document->info.dateRange = range; }
     /// Finishes the document; it counts as whole from here on.
     DocumentPtr endDocument();
     /// Finishes what is there of a run that failed: it can be looked at but never printed or saved.
@@ -76,10 +82,10 @@ public:
     /// One paragraph; the empty text takes one empty line.
     void writeParagraph(QStringView text);
 
-    /// Adds a heading row, a body row, or both. `continues`: the row follows the table above without
-    /// space, and its heading is drawn only where the composer itself starts a page or column.
+    /// Adds a heading row, a body row, or both. A continuing row's heading is drawn only at the top of a
+    /// page or column that the composer itself starts, also when a caption or a note started it.
     /// @throws ComposeError for a format text that is none.
-    void addTable(QStringView format, QStringView header, QStringView body, int headerShade, int bodyShade, bool continues);
+    void addTable(QStringView format, QStringView header, QStringView body, int headerShade, int bodyShade, TableFlow flow);
 
     void newPage();
     /// An outline entry that points at the current position.

@@ -1,0 +1,97 @@
+#include "batch/batch_options.h"
+
+#include "shared/dates.h"
+
+#include <QtCore/QCommandLineParser>
+
+namespace corvane {
+
+namespace {
+
+const QString kRun = QStringLiteral("run");
+const QString kRecSrcTrue = QStringLiteral("RecSrcTrue");
+
+void addOptions(QCommandLineParser &parser)
+{
+    const auto add = [&](const char16_t *name, const char16_t *value) {
+        QCommandLineOption option(QString::fromUtf16(name));
+        if (value)
+            option.setValueName(QString::fromUtf16(value));
+        parser.addOption(option);
+    };
+    add(u"folder", u"DIR");
+    add(u"user", u"ID");
+    add(u"password-stdin", nullptr);
+    add(u"from", u"DATE");
+    add(u"to", u"DATE");
+    add(u"pdf", u"FILE");
+    add(u"text", u"FILE");
+    add(u"timings", nullptr);
+    add(u"help", nullptr);
+}
+
+/// Fills the option from the command line; a sentence when it is no date.
+QString readDate(const QCommandLineParser &parser, const QString &name, int dateOrder, std::optional<QDate> &date)
+{
+    if (!parser.isSet(name))
+        return {};
+    const QString text = parser.value(name);
+    date = parseDate(text, dateOrder);
+    return date ? QString() : QStringLiteral("--%1 \"%2\" is no date; write it as yyyy-mm-dd.").arg(name, text);
+}
+
+} // namespace
+
+std::variant<BatchOptions, UsageFault> parseBatchOptions(const QStringList &arguments, int dateOrder)
+{
+    QCommandLineParser parser;
+    addOptions(parser);
+    if (!parser.parse(arguments))
+        return UsageFault {parser.errorText() + u'.'};
+    if (parser.isSet(QStringLiteral("help")))
+        return UsageFault {{}, true};
+    QStringList words = parser.positionalArguments();
+    BatchOptions options;
+    options.recSrcTrue = words.removeAll(kRecSrcTrue) > 0;
+    if (words.value(0) != kRun)
+        return UsageFault {words.isEmpty() ? QStringLiteral("The command is missing.")
+                                           : QStringLiteral("\"%1\" is no command of this version.").arg(words[0])};
+    if (words.size() != 2)
+        return UsageFault {QStringLiteral("Name one report to run.")};
+    options.report = words[1];
+    options.folder = parser.value(QStringLiteral("folder"));
+    options.user = parser.value(QStringLiteral("user"));
+    options.passwordFromInput = parser.isSet(QStringLiteral("password-stdin"));
+    options.pdfFile = parser.value(QStringLiteral("pdf"));
+    options.textFile = parser.value(QStringLiteral("text"));
+    options.timings = parser.isSet(QStringLiteral("timings"));
+    if (options.user.isEmpty())
+        return UsageFault {QStringLiteral("--user ID is missing.")};
+    if (!options.pdfFile.isEmpty() && options.pdfFile == options.textFile)
+        return UsageFault {QStringLiteral("--pdf and --text name the same file.")};
+    for (const auto &[name, date] : {std::pair(QStringLiteral("from"), &options.from), {QStringLiteral("to"), &options.to}}) {
+        if (const QString fault = readDate(parser, name, dateOrder, *date); !fault.isEmpty())
+            return UsageFault {fault};
+    }
+    return options;
+}
+
+QString batchUsage()
+{
+    return QStringLiteral(
+        "corvane-batch run REPORT [--folder DIR] --user ID [--password-stdin] [RecSrcTrue]\n"
+        "    [--from DATE] [--to DATE] [--pdf FILE] [--text FILE] [--timings]\n"
+        "\n"
+        "REPORT     a name from the list of reports, or a path to a report file\n"
+        "--folder   the program folder, which holds corvane.ini; default: the program's own\n"
+        "--user     the user to log on; the password comes from standard input with\n"
+        "           --password-stdin, else from the variable CORVANE_PASSWORD\n"
+        "--from --to  the date range, yyyy-mm-dd or the system's short form; default: today\n"
+        "--pdf --text  the files to write\n"
+        "--timings  one line with the stages' times on standard error\n"
+        "\n"
+        "Exit status: 0 done, 1 the report failed, 2 usage or a missing answer,\n"
+        "3 logon or rights refused, 4 no corvane.ini or no connection.\n");
+}
+
+} // namespace corvane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QtCore/QDate>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <optional>
+#include <variant>
+
+namespace corvane {
+
+/// What `corvane-batch run` was asked for.
+struct BatchOptions {
+    QString report;
+    QString folder; ///< the program folder
+    QString user;
+    bool passwordFromInput = false;
+    bool recSrcTrue = false;
+    std::optional<QDate> from;
+    std::optional<QDate> to;
+    QString pdfFile;
+    QString textFile;
+    bool timings = false;
+};
+
+struct UsageFault {
+    QString words;
+    bool helpAsked = false;
+};
+
+/// @param dateOrder how dates other than yyyy-mm-dd are read.
+std::variant<BatchOptions, UsageFault> parseBatchOptions(const QStringList &arguments, int dateOrder);
+
+QString batchUsage();
+
+} // namespace corvane

@@ -1,0 +1,179 @@
+#include "batch/batch_run.h"
+
+#include "batch/console_host.h"
+#include "platform/pdf/pdf_writer.h"
+#include "render/report_run.h"
+#include "session/logon.h"
+#include "session/report_list.h"
+#include "session/startup.h"
+#include "shared/dates.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFileInfo>
+#include <QtCore/QSaveFile>
+
+#ifndef Q_OS_WIN
+#include <sys/resource.h>
+#endif
+
+namespace corvane {
+
+namespace {
+
+qint64 peakMemoryKiB()
+{
+#ifdef Q_OS_WIN
+    return 0;
+#else
+    rusage usage {};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+#endif
+}
+
+/// A bare name stands for a file of the report list, with or without its ending; empty when there is none.
+QString listedReport(const QString &folder, const QString &name)
+{
+    for (const QString &file : reportFiles(folder)) {
+        if (file.compare(name, Qt::CaseInsensitive) == 0
+            || QFileInfo(file).completeBaseName().compare(name, Qt::CaseInsensitive) == 0)
+            return QDir(folder).filePath(file);
+    }
+    return {};
+}
+
+bool hasFolder(const QString &report)
+{
+    return report.contains(u'/') || report.contains(QDir::separator());
+}
+
+int statusOf(RunResult result)
+{
+    return result == RunResult::Done ? ExitStatus::Done : ExitStatus::ReportFailed;
+}
+
+/// Writes the document page by page; nothing stands under the name until commit().
+QString writeText(const Document &document, QSaveFile &file)
+{
+    if (!file.open(QIODevice::WriteOnly))
+        return file.errorString();
+    QString text;
+    for (size_t i = 0; i < document.pages.size(); ++i) {
+        text.clear();
+        if (i > 0)
+            text += u'\f';
+        appendPageText(text, document.pages[i]);
+        const QByteArray bytes = text.toUtf8();
+        if (file.write(bytes) != bytes.size())
+            return file.errorString();
+    }
+    return {};
+}
+
+class BatchJob
+{
+public:
+    BatchJob(const BatchOptions &options, const QDateTime &now, const QLocale &locale)
+        : m_options(options)
+        , m_host(now, getDateOrder(locale))
+        , m_run(m_state, m_host, m_host, locale)
+    {
+        m_state.programFolder = options.folder;
+        m_state.gDateOrder = getDateOrder(locale);
+        m_host.setRange(options.from.value_or(now.date()), options.to.value_or(now.date()));
+    }
+
+    int run(const QString &password)
+    {
+        if (connectDatabases(m_state, m_host) != StartState::Connected)
+            return ExitStatus::NoConnection;
+        if (!logOn(m_state, m_host, m_options.user, password))
+            return ExitStatus::Refused;
+        const RunResult result = openReport();
+        if (result != RunResult::Done || !m_run.hasWholeDocument())
+            return statusOf(result == RunResult::Done ? RunResult::Failed : result);
+        for (const QString &note : m_run.document()->notes)
+            printError(note);
+        const QString fault = writeFiles();
+        if (!fault.isEmpty()) {
+            printError(fault);
+            return ExitStatus::ReportFailed;
+        }
+        if (m_options.timings)
+            printTimings();
+        return ExitStatus::Done;
+    }
+
+private:
+    RunResult openReport()
+    {
+        if (hasFolder(m_options.report))
+            return m_run.openReport(QFileInfo(m_options.report).absoluteFilePath());
+        const QString folder = reportFolder(m_state.programFolder);
+        const QString path = listedReport(folder, m_options.report);
+        if (!path.isEmpty())
+            return m_run.openListed(path);
+        printError(QStringLiteral("There is no report \"%1\" in \"%2\".").arg(m_options.report, QDir::toNativeSeparators(folder)));
+        return RunResult::Failed;
+    }
+
+    /// Empty when all files stand; otherwise none of them does, and the sentence says why.
+    QString writeFiles()
+    {
+        QSaveFile text(m_options.textFile);
+        if (!m_options.textFile.isEmpty()) {
+            const QString cause = writeText(*m_run.document(), text);
+            if (!cause.isEmpty())
+                return textFault(cause);
+        }
+        if (!m_options.pdfFile.isEmpty()) {
+            QElapsedTimer timer;
+            timer.start();
+            try {
+                writePdf(*m_run.document(), m_options.pdfFile);
+            } catch (const PdfError &error) {
+                return error.message();
+            }
+            m_pdfMs = timer.elapsed();
+        }
+        if (!m_options.textFile.isEmpty() && !text.commit()) {
+            QFile::remove(m_options.pdfFile);
+            return textFault(text.errorString());
+        }
+        return {};
+    }
+
+    QString textFault(const QString &cause) const
+    {
+        return QStringLiteral("\"%1\" cannot be written: %2.").arg(QDir::toNativeSeparators(m_options.textFile), cause);
+    }
+
+    void printTimings() const
+    {
+        const RunTimings &timings = m_run.timings();
+        printError(QStringLiteral("query_ms=%1 compose_ms=%2 pdf_ms=%3 xls_ms=%4 rows=%5 pages=%6 peak_rss_kib=%7")
+                       .arg(timings.queryMs)
+                       .arg(timings.composeMs)
+                       .arg(m_pdfMs)
+                       .arg(0)
+                       .arg(timings.rows)
+                       .arg(m_run.document()->pageCount())
+                       .arg(peakMemoryKiB()));
+    }
+
+    const BatchOptions &m_options;
+    Reportr m_state;
+    ConsoleHost m_host;
+    ReportRun m_run;
+    qint64 m_pdfMs = 0;
+};
+
+} // namespace
+
+int runBatch(const BatchOptions &options, const QString &password, const QDateTime &now, const QLocale &locale)
+{
+    return BatchJob(options, now, locale).run(password);
+}
+
+} // namespace corvane

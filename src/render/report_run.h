@@ -1,0 +1,78 @@
+#pragma once
+
+#include "platform/composer/page_composer.h"
+#include "platform/grid/data_control.h"
+#include "shared/report_host.h"
+#include "shared/reportr.h"
+#include "tabular/getrs.h"
+
+#include <QtCore/QLocale>
+
+namespace corvane {
+
+class TabularDefinition;
+
+/// How opening or running a report ended.
+enum class RunResult {
+    Done,
+    NotRun,                ///< nobody logged on, no such kind, or dates that do not fit
+    Failed,                ///< the user has seen what failed
+    QueryRefused,          ///< the user has seen "SQL Error"; the document is not whole
+    Stopped,               ///< the user asked for it
+    SecondDatabaseMissing, ///< deliberately without a message
+};
+
+/// What one report run works on, and the routines that run it: the open document, the data control
+/// and the dispatch from a chosen file to its kind. Used by the window and the batch program alike.
+class ReportRun
+{
+public:
+    ReportRun(Reportr &state, ReportHost &host, ParameterDialogs &dialogs, QLocale locale);
+
+    /// Opens a file of the report list; its content is not checked.
+    RunResult openListed(const QString &path);
+    /// Opens a file chosen by path; anything that is no report is refused with a message.
+    RunResult openReport(const QString &path);
+    /// Runs the open report again.
+    RunResult runReport();
+
+    /// The latest document; null when there is none. It may be incomplete.
+    const DocumentPtr &document() const { return m_document; }
+    /// A document that may be printed and saved.
+    bool hasWholeDocument() const { return m_document && m_document->isWhole; }
+
+    const DataControl &dataControl() const { return m_adodc1; }
+    const RunTimings &timings() const { return m_timings; }
+
+private:
+    void startOpening(const QString &path);
+    bool mayRun();
+    RunResult runGuarded();
+    RunResult runByKind();
+    RunResult doReport();
+    RunResult refuseDesigned();
+
+    bool openDatabase(const TabularDefinition &definition);
+    void setFonts(const TabularDefinition &definition);
+    void setWidths(const TabularDefinition &definition);
+    QString furnitureText(const QString &text) const;
+    void writeHeadingLines(const TabularDefinition &definition);
+    void drawHeadingTable(const QString &spacing, const QString &heading, const TabularDefinition &definition);
+    RunResult composeBody(TabularDefinition &definition);
+    void setButtonsAfterRun(const TabularDefinition &definition);
+
+    RunResult fail(int number, const QString &description);
+    RunResult stop();
+
+    Reportr &m_state;
+    ReportHost &m_host;
+    ParameterDialogs &m_dialogs;
+    QLocale m_locale;
+    ValueTextStyle m_style;
+    PageComposer m_vp;
+    DataControl m_adodc1;
+    DocumentPtr m_document;
+    RunTimings m_timings;
+};
+
+} // namespace corvane

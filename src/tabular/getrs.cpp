@@ -1,0 +1,53 @@
+#include "tabular/getrs.h"
+
+#include "definitions/query_template.h"
+#include "definitions/tabular_definition.h"
+#include "platform/composer/page_composer.h"
+#include "platform/grid/data_control.h"
+#include "shared/lists.h"
+#include "shared/report_host.h"
+#include "shared/reportr.h"
+#include "tabular/tabular_build.h"
+
+#include <QtCore/QElapsedTimer>
+
+namespace corvane {
+
+QString tabularQuery(const TabularRun &run)
+{
+    const TabularDefinition &definition = run.definition;
+    const DatabaseNames names = databaseNames(run.state);
+    QString query = fixDBNames(definition.recordSource1() + u' ', names);
+    if (!definition.recordSource2().isEmpty())
+        query += fixDBNames(definition.recordSource2(), names) + u' ';
+    if (definition.getDates()) {
+        query = replaceEvery(query, u"{DATE1}", run.host.dateFrom().text);
+        query = replaceEvery(query, u"{DATE2}", run.host.dateTo().text);
+    }
+    if (definition.getPatient())
+        query = replaceEvery(query, u"<PID>", run.state.gPatientID);
+    return query;
+}
+
+BodyResult getrs(const TabularRun &run, const QString &Spacing, const QString &Heading)
+{
+    run.host.showProgress(0);
+    const QString query = tabularQuery(run);
+    TabularBuild build(run, Spacing, Heading);
+    QElapsedTimer timer;
+    timer.start();
+    if (!TestSQL(run.state, run.host, query))
+        return BodyResult::QueryRefused;
+    const RowsetPtr rows = run.state.gConn->openRowset(query);
+    run.Adodc1.setRecordSource(query);
+    run.Adodc1.refresh(run.state.gConn.get(), run.state.drivers());
+    run.timings.queryMs = timer.restart();
+    run.timings.rows = rows->rowCount();
+    build.writeRows(*rows);
+    build.writeTotals();
+    run.timings.composeMs = timer.elapsed();
+    run.host.showProgress(0);
+    return BodyResult::Complete;
+}
+
+} // namespace corvane
