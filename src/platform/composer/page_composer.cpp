@@ -22,6 +22,7 @@ constexpr QRgb kInk = 0xff1c2530;
 constexpr QRgb kQuietInk = 0xff6b7480;
 constexpr QRgb kCaptionFill = 0xfffff6d6;
 constexpr size_t kRunsPerPage = 512;
+constexpr size_t kLeastLinesOfTallRow = 3;
 
 /// Black text reads well on every fill; a caption's classic yellow becomes a light one.
 QRgb fillOf(int shade)
@@ -366,7 +367,10 @@ void PageComposer::drawRow(QStringView row, const Format &format, const RowLook 
         m_cellLines = cellLines;
     };
     const auto heightOf = [&](size_t count) { return used.lineHeight * qint32(count) + kRowPadding * 2; };
-    if (m_y + heightOf(lines) > bottomLimit() && !isAtColumnTop())
+    // A row that no page can hold starts where it stands, as long as a few of its lines fit there.
+    const bool tallerThanPage = heightOf(lines) > bottomLimit() - kMargin;
+    const size_t wanted = tallerThanPage ? std::min(lines, kLeastLinesOfTallRow) : lines;
+    if (m_y + heightOf(wanted) > bottomLimit() && !isAtColumnTop())
         breakHere();
     for (size_t done = 0; done < lines;) {
         const qint32 room = (bottomLimit() - m_y - kRowPadding * 2).count() / used.lineHeight.count();

@@ -1,0 +1,283 @@
+#include "shell/frm_cvr_main.h"
+
+#include "dialogs/frm_def_dates.h"
+#include "export/save_pdf.h"
+#include "platform/controls/date_field.h"
+#include "platform/controls/flood_panel.h"
+#include "platform/controls/ribbon_button.h"
+#include "platform/desktop/desktop.h"
+#include "platform/preview/preview.h"
+#include "platform/preview/preview_bar.h"
+#include "session/report_list.h"
+#include "session/startup.h"
+#include "shared/dates.h"
+#include "shell/frm_reportr_logon.h"
+#include "shell/input_gate.h"
+#include "shell/report_list_view.h"
+#include "shell/single_instance.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtGui/QCloseEvent>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QSplitter>
+#include <QtWidgets/QStatusBar>
+
+namespace corvane {
+
+namespace {
+
+const QString kTitle = QStringLiteral("Corvane");
+
+/// Features whose buttons stay off until they are part of the program.
+constexpr bool isThere(int button)
+{
+    return button != PatientButton && button != PropertiesButton && button != ExcelButton;
+}
+
+} // namespace
+
+frmCVRMain::frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLocale &locale)
+    : m_state(state)
+    , m_desktop(desktop)
+    , m_clock(std::move(clock))
+    , m_run(state, *this, *this, locale)
+    , m_gate(new InputGate(this))
+{
+    setObjectName(QStringLiteral("frmCVRMain"));
+    setWindowTitle(tr("Corvane Reporter"));
+    state.gDateOrder = getDateOrder(locale);
+    buildToolbar();
+    buildMenus();
+    buildPanes();
+    buildStatusBar();
+    connectDates();
+    resize(1240, 820);
+}
+
+bool frmCVRMain::Form_Load(const SingleInstance &instance)
+{
+    if (!instance.isFirst()) {
+        message(tr("This program is already running. You can only have one instance open."),
+            MessageFlags::Exclamation, kTitle);
+        return false;
+    }
+    const StartState start = connectDatabases(m_state, *this);
+    if (start == StartState::NoConfiguration)
+        return false;
+    for (const ReportMenu menu : {ReportMenu::mnuFProps, ReportMenu::mnuFPrint, ReportMenu::mnuFSendTo})
+        enableMenu(menu, false);
+    DateFrom->setDateOrder(m_state.gDateOrder);
+    DateTo->setDateOrder(m_state.gDateOrder);
+    resetDates();
+    show();
+    if (start == StartState::NoConnection) {
+        startWithoutConnection();
+        return true;
+    }
+    return logOnWithForm();
+}
+
+bool frmCVRMain::logOnWithForm()
+{
+    {
+        frmReportrLogon form(m_state, *this, this);
+        form.exec();
+        enableButton(ExitButton, true);
+        if (!form.accepted()) {
+            m_state.closeConn();
+            return false;
+        }
+    }
+    for (int index = DatesButton; index <= ExcelButton; ++index)
+        enableButton(index, false);
+    enableMenu(ReportMenu::mnuFPrint, true);
+    enableMenu(ReportMenu::mnuFSendTo, true);
+    m_user->setText(m_state.gUserID);
+    File1->setFolder(reportFolder(m_state.programFolder));
+    File1->setFocus();
+    return true;
+}
+
+void frmCVRMain::startWithoutConnection()
+{
+    for (const int index : {DatesButton, PdfButton, PatientButton})
+        enableButton(index, false);
+    File1->setEnabled(false);
+    vp->setEmptyText(tr("There is no connection to the database."));
+}
+
+void frmCVRMain::closeEvent(QCloseEvent *event)
+{
+    m_state.closeConn();
+    event->accept();
+}
+
+void frmCVRMain::File1_Click(const QString &fileName)
+{
+    runReportWith([&] { return m_run.openListed(QDir(File1->folder()).filePath(fileName)); });
+}
+
+void frmCVRMain::btnvp_Click(int index)
+{
+    RibbonButton &button = *btnvp[size_t(index)];
+    if (!button.isChecked())
+        return;
+    button.setChecked(false);
+    switch (index) {
+    case ExitButton:
+        close();
+        break;
+    case DatesButton:
+        changeDates();
+        break;
+    case PdfButton:
+        mnuAdobe_Click();
+        break;
+    case RefreshButton:
+        runReportWith([&] { return m_run.runReport(); });
+        break;
+    default:
+        break;
+    }
+}
+
+void frmCVRMain::changeDates()
+{
+    askDateRange(*this);
+    reRun = true;
+    if (bDatesChanged)
+        runReportWith([&] { return m_run.runReport(); });
+}
+
+void frmCVRMain::mnuOpen_Click()
+{
+    if (m_lastFolder.isEmpty())
+        m_lastFolder = m_state.programFolder;
+    const QString file = m_desktop.openFile(tr("Open"), m_lastFolder, {});
+    if (file.trimmed().isEmpty())
+        return;
+    m_lastFolder = QFileInfo(file).absolutePath();
+    runReportWith([&] { return m_run.openReport(file); });
+}
+
+void frmCVRMain::mnuAdobe_Click()
+{
+    savepdf(m_desktop, m_run.document(), m_state.programFolder);
+}
+
+/// Nothing but repainting and Escape is served while the call runs.
+template <typename Call>
+void frmCVRMain::runReportWith(Call call)
+{
+    if (m_gate->isClosed())
+        return;
+    vp->setDocument(nullptr);
+    m_gate->takeEscape();
+    m_gate->close();
+    const RunResult result = call();
+    m_gate->open();
+    showDocument();
+    if (result == RunResult::NotRun && !dateFrom().date)
+        DateFrom->setFocus();
+    if (m_gate->takeCloseWish())
+        close();
+}
+
+void frmCVRMain::showDocument()
+{
+    const DocumentPtr &document = m_run.document();
+    vp->setDocument(document);
+    const QLocale locale;
+    m_summary->setText(document ? tr("%1 pages · %2 rows")
+                                      .arg(locale.toString(document->pageCount()), locale.toString(m_run.timings().rows))
+                                : QString());
+    const QStringList notes = document ? document->notes : QStringList();
+    m_notes->setText(notes.isEmpty() ? QString() : notes.size() == 1 ? notes.front() : tr("%1 notes: %2").arg(notes.size()).arg(notes.front()));
+    m_notes->setToolTip(notes.join(u'\n'));
+}
+
+MessageAnswer frmCVRMain::message(const QString &text, int flags, const QString &title)
+{
+    const bool running = m_gate->isClosed();
+    m_gate->open();
+    const MessageAnswer answer = m_desktop.message(text, flags, title);
+    if (running)
+        m_gate->close();
+    return answer;
+}
+
+void frmCVRMain::enableButton(int index, bool enabled)
+{
+    m_wanted[size_t(index)] = enabled;
+    btnvp[size_t(index)]->setEnabled(enabled && isThere(index));
+}
+
+void frmCVRMain::enableMenu(ReportMenu menu, bool enabled)
+{
+    switch (menu) {
+    case ReportMenu::mnuFSendTo:
+        mnuFSendTo->setEnabled(enabled);
+        break;
+    case ReportMenu::mnuFPrint:
+    case ReportMenu::mnuFProps:
+        break; // off until printing and properties are part of the program
+    }
+}
+
+void frmCVRMain::showHourglass(bool on)
+{
+    if (on)
+        setCursor(Qt::WaitCursor);
+    else
+        unsetCursor();
+}
+
+void frmCVRMain::showProgress(int percent)
+{
+    if (percent != pnlprogress->floodPercent())
+        pnlprogress->setFloodPercent(percent);
+    if (m_gate->isClosed())
+        m_gate->serve();
+}
+
+bool frmCVRMain::stopRequested()
+{
+    if (!m_gate->takeEscape())
+        return false;
+    return message(tr("Do you want to stop this report?"), MessageFlags::YesNo, kTitle) == MessageAnswer::Yes;
+}
+
+DateEntry frmCVRMain::dateFrom() const
+{
+    return {DateFrom->text(), DateFrom->date()};
+}
+
+DateEntry frmCVRMain::dateTo() const
+{
+    return {DateTo->text(), DateTo->date()};
+}
+
+void frmCVRMain::setDates(QDate from, QDate to)
+{
+    DateFrom->setDate(from);
+    DateTo->setDate(to);
+}
+
+void frmCVRMain::resetDates()
+{
+    const QDate today = m_clock().date();
+    setDates(today, today);
+}
+
+void frmCVRMain::askDateRange(ReportHost &host)
+{
+    const bool running = m_gate->isClosed();
+    m_gate->open();
+    frmDefDates(host, *this, m_state.gDateOrder, [this] { return m_clock().date(); }, this).exec();
+    if (running)
+        m_gate->close();
+}
+
+} // namespace corvane

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "render/report_run.h"
+#include "shared/report_host.h"
+#include "shared/reportr.h"
+
+#include <QtWidgets/QMainWindow>
+
+#include <array>
+#include <functional>
+
+class QAction;
+class QLabel;
+class QSplitter;
+
+namespace corvane {
+
+class DateField;
+class Desktop;
+class FloodPanel;
+class InputGate;
+class Preview;
+class PreviewBar;
+class ReportListView;
+class RibbonButton;
+class SingleInstance;
+
+/// The main window: the report list, the preview of the chosen report, the toolbar and the menus. It
+/// lends itself to a run as its surroundings and asks the report's parameters with its dialogs.
+class frmCVRMain : public QMainWindow, public ReportHost, public ParameterDialogs
+{
+    Q_OBJECT
+
+public:
+    using Clock = std::function<QDateTime()>;
+
+    frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLocale &locale);
+
+    /// The start-up sequence; false when the program is to end.
+    bool Form_Load(const SingleInstance &instance);
+
+    // What a run does to its surroundings.
+    MessageAnswer message(const QString &text, int flags, const QString &title) override;
+    void enableButton(int index, bool enabled) override;
+    void enableMenu(ReportMenu menu, bool enabled) override;
+    void showHourglass(bool on) override;
+    void showProgress(int percent) override;
+    bool stopRequested() override;
+    DateEntry dateFrom() const override;
+    DateEntry dateTo() const override;
+    void setDates(QDate from, QDate to) override;
+    void resetDates() override;
+    QDateTime now() const override { return m_clock(); }
+    void askDateRange(ReportHost &host) override;
+
+    /// What the run asked for, whether or not the button's own feature is there yet.
+    bool isButtonWanted(int index) const { return m_wanted[size_t(index)]; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildToolbar();
+    void buildMenus();
+    void buildPanes();
+    void buildStatusBar();
+    void connectDates();
+    QAction *addMenuItem(class QMenu *menu, const char16_t *name, const QString &caption);
+
+    bool logOnWithForm();
+    void startWithoutConnection();
+
+    void File1_Click(const QString &fileName);
+    void btnvp_Click(int index);
+    void changeDates();
+    void mnuOpen_Click();
+    void mnuAdobe_Click();
+
+    template <typename Call>
+    void runReportWith(Call call);
+    void showDocument();
+
+    Reportr &m_state;
+    Desktop &m_desktop;
+    Clock m_clock;
+    ReportRun m_run;
+    QString m_lastFolder;
+    InputGate *m_gate;
+    std::array<bool, kToolButtonCount> m_wanted {};
+
+    std::array<RibbonButton *, kToolButtonCount> btnvp {};
+    DateField *DateFrom = nullptr;
+    DateField *DateTo = nullptr;
+    QSplitter *SSSplitter1 = nullptr;
+    ReportListView *File1 = nullptr;
+    PreviewBar *m_previewBar = nullptr;
+    Preview *vp = nullptr;
+    FloodPanel *pnlprogress = nullptr;
+    QLabel *m_summary = nullptr;
+    QLabel *m_notes = nullptr;
+    QLabel *m_user = nullptr;
+    QAction *mnuFPrint = nullptr;
+    QAction *mnuFSendTo = nullptr;
+    QAction *mnuFProps = nullptr;
+};
+
+} // namespace corvane

@@ -1,0 +1,189 @@
+// How the main window's controls are made and placed.
+
+#include "shell/frm_cvr_main.h"
+
+#include "platform/controls/date_field.h"
+#include "platform/controls/flood_panel.h"
+#include "platform/controls/icons.h"
+#include "platform/controls/ribbon_button.h"
+#include "platform/preview/preview.h"
+#include "platform/preview/preview_bar.h"
+#include "shell/report_list_view.h"
+
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QMenuBar>
+#include <QtWidgets/QSplitter>
+#include <QtWidgets/QStatusBar>
+#include <QtWidgets/QToolBar>
+
+namespace corvane {
+
+namespace {
+
+constexpr int kListWidth = 220;
+constexpr int kProgressWidth = 180;
+
+struct ToolButtonLook {
+    const char *caption;
+    const char *icon;
+    const char *hint;
+};
+
+constexpr std::array<ToolButtonLook, kToolButtonCount> kLooks {{
+    {QT_TRANSLATE_NOOP("frmCVRMain", "Exit"), "exit", QT_TRANSLATE_NOOP("frmCVRMain", "Close the program")},
+    {QT_TRANSLATE_NOOP("frmCVRMain", "Change Report Dates"), "dates",
+        QT_TRANSLATE_NOOP("frmCVRMain", "Choose another range of dates and run the report again")},
+    {QT_TRANSLATE_NOOP("frmCVRMain", "Save to PDF"), "pdf", QT_TRANSLATE_NOOP("frmCVRMain", "Save to PDF")},
+    {QT_TRANSLATE_NOOP("frmCVRMain", "Select Patient"), "patient",
+        QT_TRANSLATE_NOOP("frmCVRMain", "Choosing a patient comes with a later version")},
+    {QT_TRANSLATE_NOOP("frmCVRMain", "Properties"), "properties",
+        QT_TRANSLATE_NOOP("frmCVRMain", "Report properties come with a later version")},
+    {QT_TRANSLATE_NOOP("frmCVRMain", "Refresh"), "refresh", QT_TRANSLATE_NOOP("frmCVRMain", "Run the report again")},
+    {QT_TRANSLATE_NOOP("frmCVRMain", "Save to Excel"), "excel",
+        QT_TRANSLATE_NOOP("frmCVRMain", "Saving to Excel comes with a later version")},
+}};
+
+QWidget *growingSpace()
+{
+    auto *space = new QWidget;
+    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    return space;
+}
+
+} // namespace
+
+void frmCVRMain::buildToolbar()
+{
+    auto *SSPanel1 = new QToolBar(tr("Toolbar"), this);
+    SSPanel1->setObjectName(QStringLiteral("SSPanel1"));
+    SSPanel1->setMovable(false);
+    SSPanel1->setContextMenuPolicy(Qt::PreventContextMenu);
+    addToolBar(SSPanel1);
+    for (int index = 0; index < kToolButtonCount; ++index) {
+        const ToolButtonLook &look = kLooks[size_t(index)];
+        auto *button = new RibbonButton(tr(look.caption), QString::fromLatin1(look.icon));
+        button->setObjectName(QStringLiteral("btnvp%1").arg(index));
+        button->setToolTip(tr(look.hint));
+        button->setCheckable(true);
+        connect(button, &RibbonButton::clicked, this, [this, index] { btnvp_Click(index); });
+        btnvp[size_t(index)] = button;
+        SSPanel1->addWidget(button);
+        if (index == ExitButton)
+            SSPanel1->addSeparator();
+    }
+    btnState(true); // as designed; start-up switches off what cannot be used
+
+    DateFrom = new DateField;
+    DateTo = new DateField;
+    auto *dates = new QWidget;
+    auto *row = new QHBoxLayout(dates);
+    auto *label = new QLabel(tr("Dates"));
+    label->setBuddy(DateFrom);
+    for (QWidget *part : {static_cast<QWidget *>(label), static_cast<QWidget *>(DateFrom),
+             static_cast<QWidget *>(new QLabel(tr("to"))), static_cast<QWidget *>(DateTo)})
+        row->addWidget(part);
+    SSPanel1->addWidget(growingSpace());
+    SSPanel1->addWidget(dates);
+}
+
+void frmCVRMain::connectDates()
+{
+    DateFrom->setObjectName(QStringLiteral("DateFrom"));
+    DateFrom->setAccessibleName(tr("Start date"));
+    DateTo->setObjectName(QStringLiteral("DateTo"));
+    DateTo->setAccessibleName(tr("End date"));
+    for (DateField *field : {DateFrom, DateTo})
+        connect(field, &DateField::changed, this, [this] { bDatesChanged = true; });
+}
+
+QAction *frmCVRMain::addMenuItem(QMenu *menu, const char16_t *name, const QString &caption)
+{
+    QAction *item = menu->addAction(caption);
+    item->setObjectName(QString::fromUtf16(name));
+    return item;
+}
+
+void frmCVRMain::buildMenus()
+{
+    const auto later = [](QAction *item) {
+        item->setEnabled(false);
+        item->setToolTip(tr("This comes with a later version"));
+    };
+    QMenu *mnuFile = menuBar()->addMenu(tr("&File"));
+    mnuFile->setToolTipsVisible(true);
+    mnuFPrint = addMenuItem(mnuFile, u"mnuFPrint", tr("&Print"));
+    later(mnuFPrint);
+    QMenu *sendTo = mnuFile->addMenu(tr("&Send to.."));
+    sendTo->setToolTipsVisible(true);
+    mnuFSendTo = sendTo->menuAction();
+    mnuFSendTo->setObjectName(QStringLiteral("mnuFSendTo"));
+    QAction *mnuAdobe = addMenuItem(sendTo, u"mnuAdobe", tr("&Adobe PDF File"));
+    connect(mnuAdobe, &QAction::triggered, this, &frmCVRMain::mnuAdobe_Click);
+    later(addMenuItem(sendTo, u"mnuExcel", tr("&Excel Spreadsheet")));
+    mnuFProps = addMenuItem(mnuFile, u"mnuFProps", tr("&Report Properties"));
+    later(mnuFProps);
+    mnuFile->addSeparator()->setObjectName(QStringLiteral("mnuFsep1"));
+    QAction *mnuOpen = addMenuItem(mnuFile, u"mnuOpen", tr("Open"));
+    mnuOpen->setShortcut(QKeySequence::Open);
+    connect(mnuOpen, &QAction::triggered, this, &frmCVRMain::mnuOpen_Click);
+    mnuFile->addSeparator()->setObjectName(QStringLiteral("mnuFsep2"));
+    QAction *mnuFExit = addMenuItem(mnuFile, u"mnuFExit", tr("E&xit"));
+    connect(mnuFExit, &QAction::triggered, this, &QWidget::close);
+
+    QMenu *mnuHelp = menuBar()->addMenu(tr("&Help"));
+    mnuHelp->setToolTipsVisible(true);
+    later(addMenuItem(mnuHelp, u"mnuHContents", tr("&Corvane Reporter Help")));
+    mnuHelp->addSeparator()->setObjectName(QStringLiteral("mnuHsep"));
+    later(addMenuItem(mnuHelp, u"mnuHAbout", tr("&About Corvane Reporter")));
+}
+
+void frmCVRMain::buildPanes()
+{
+    SSSplitter1 = new QSplitter(this);
+    SSSplitter1->setObjectName(QStringLiteral("SSSplitter1"));
+    SSSplitter1->setChildrenCollapsible(false);
+    File1 = new ReportListView(SSSplitter1);
+    File1->setObjectName(QStringLiteral("File1"));
+    File1->setAccessibleName(tr("Reports"));
+    File1->setFrameShape(QFrame::NoFrame);
+    connect(File1, &ReportListView::chosen, this, &frmCVRMain::File1_Click);
+
+    auto *right = new QWidget(SSSplitter1);
+    vp = new Preview;
+    vp->setObjectName(QStringLiteral("vp"));
+    vp->setAccessibleName(tr("Report preview"));
+    vp->setEmptyText(tr("Choose a report from the list."));
+    m_previewBar = new PreviewBar(vp);
+    auto *column = new QVBoxLayout(right);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_previewBar);
+    column->addWidget(vp, 1);
+    SSSplitter1->setStretchFactor(1, 1);
+    SSSplitter1->setSizes({kListWidth, width() - kListWidth});
+    setCentralWidget(SSSplitter1);
+}
+
+void frmCVRMain::buildStatusBar()
+{
+    m_summary = new QLabel;
+    m_summary->setObjectName(QStringLiteral("lblSummary"));
+    m_notes = new QLabel;
+    m_notes->setObjectName(QStringLiteral("lblNotes"));
+    m_notes->setTextFormat(Qt::PlainText);
+    m_notes->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_user = new QLabel;
+    m_user->setObjectName(QStringLiteral("lblUser"));
+    m_user->setTextFormat(Qt::PlainText);
+    pnlprogress = new FloodPanel;
+    pnlprogress->setObjectName(QStringLiteral("pnlprogress"));
+    pnlprogress->setAccessibleName(tr("Progress"));
+    pnlprogress->setFixedWidth(kProgressWidth);
+    statusBar()->addWidget(m_summary);
+    statusBar()->addWidget(m_user);
+    statusBar()->addWidget(m_notes, 1);
+    statusBar()->addPermanentWidget(pnlprogress);
+}
+
+} // namespace corvane

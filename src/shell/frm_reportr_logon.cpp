@@ -1,0 +1,130 @@
+#include "shell/frm_reportr_logon.h"
+
+#include "session/logon.h"
+#include "shared/reportr.h"
+#include "shell/logon_box.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QGridLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+
+namespace corvane {
+
+namespace {
+
+constexpr int kNoticeWidth = 360;
+constexpr int kAsterisk = '*';
+
+} // namespace
+
+frmReportrLogon::frmReportrLogon(Reportr &state, MessageBoxes &boxes, QWidget *parent)
+    : QDialog(parent)
+    , m_state(state)
+    , m_boxes(boxes)
+    , lblNotice(new QLabel(QString(kBuiltInNotice), this))
+    , txtuid(new LogonBox(this))
+    , txtpw(new LogonBox(this))
+    , lblVersion(new QLabel(this))
+    , Check1(new QCheckBox(tr("Check1"), this))
+    , cmdok(new QPushButton(tr("Ok"), this))
+    , cmdcancel(new QPushButton(tr("&Cancel"), this))
+{
+    setObjectName(QStringLiteral("frmReportrLogon"));
+    setWindowTitle(tr("Corvane Reporter Logon"));
+    buildForm();
+    for (LogonBox *box : {txtuid, txtpw})
+        connect(box, &QLineEdit::textChanged, this, &frmReportrLogon::boxes_Change);
+    connect(cmdok, &QPushButton::clicked, this, &frmReportrLogon::cmdok_Click);
+    connect(cmdcancel, &QPushButton::clicked, this, &frmReportrLogon::cmdcancel_Click);
+    Form_Load();
+}
+
+bool frmReportrLogon::accepted() const
+{
+    return Check1->isChecked();
+}
+
+void frmReportrLogon::Form_Load()
+{
+    const QStringList version = QCoreApplication::applicationVersion().split(u'.');
+    lblVersion->setText(tr("Version ") + version.value(0) + u'.' + version.value(1));
+    lblNotice->setText(GetDBSettings(m_state));
+    boxes_Change();
+}
+
+void frmReportrLogon::buildForm()
+{
+    const auto name = [](QWidget *control, const char16_t *objectName, const QString &spoken) {
+        control->setObjectName(QString::fromUtf16(objectName));
+        control->setAccessibleName(spoken);
+    };
+    name(lblNotice, u"lblNotice", tr("Notice"));
+    name(txtuid, u"txtuid", tr("User ID"));
+    name(txtpw, u"txtpw", tr("Password"));
+    name(lblVersion, u"lblVersion", tr("Version"));
+    name(Check1, u"Check1", tr("Logon accepted"));
+    name(cmdok, u"cmdok", tr("Ok"));
+    name(cmdcancel, u"cmdcancel", tr("Cancel"));
+    Check1->hide(); // the form's result for its caller, nothing to click
+    lblNotice->setTextFormat(Qt::PlainText);
+    lblNotice->setWordWrap(true);
+    lblNotice->setMinimumWidth(kNoticeWidth);
+    lblNotice->setFrameShape(QFrame::StyledPanel);
+    lblNotice->setMargin(10);
+    txtpw->setEchoMode(QLineEdit::Password);
+    txtpw->setStyleSheet(QStringLiteral("lineedit-password-character: %1").arg(kAsterisk));
+    lblVersion->setEnabled(false);
+
+    auto *userLabel = new QLabel(tr("User ID"), this);
+    auto *passwordLabel = new QLabel(tr("Password"), this);
+    userLabel->setBuddy(txtuid);
+    passwordLabel->setBuddy(txtpw);
+    auto *boxes = new QGridLayout;
+    boxes->setColumnStretch(1, 1);
+    boxes->setHorizontalSpacing(16);
+    boxes->addWidget(userLabel, 0, 0);
+    boxes->addWidget(txtuid, 0, 1);
+    boxes->addWidget(passwordLabel, 1, 0);
+    boxes->addWidget(txtpw, 1, 1);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(lblVersion);
+    buttons->addStretch();
+    buttons->addWidget(cmdok);
+    buttons->addWidget(cmdcancel);
+    auto *form = new QVBoxLayout(this);
+    form->setSpacing(12);
+    form->addWidget(lblNotice);
+    form->addLayout(boxes);
+    form->addLayout(buttons);
+    form->setSizeConstraint(QLayout::SetFixedSize);
+    cmdok->setDefault(true);
+    setTabOrder(txtuid, txtpw);
+    setTabOrder(txtpw, cmdok);
+    setTabOrder(cmdok, cmdcancel);
+    txtuid->setFocus();
+}
+
+void frmReportrLogon::boxes_Change()
+{
+    cmdok->setEnabled(!txtuid->text().isEmpty() && !txtpw->text().isEmpty());
+}
+
+void frmReportrLogon::cmdok_Click()
+{
+    if (logOn(m_state, m_boxes, txtuid->text(), txtpw->text())) {
+        Check1->setChecked(true);
+        hide();
+        return;
+    }
+    txtuid->setFocus();
+}
+
+void frmReportrLogon::cmdcancel_Click()
+{
+    Check1->setChecked(false);
+    hide();
+}
+
+} // namespace corvane

@@ -1,0 +1,47 @@
+#include "platform/controls/icons.h"
+#include "platform/desktop/system_desktop.h"
+#include "shell/frm_cvr_main.h"
+#include "shell/single_instance.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QDir>
+#include <QtWidgets/QApplication>
+
+#include <cstdio>
+
+using namespace corvane;
+
+namespace {
+
+/// The program folder: --folder, else the executable's. "RecSrcTrue" may stand anywhere beside it.
+QString programFolder(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    const QCommandLineOption folder(QStringLiteral("folder"), QStringLiteral("The folder that holds corvane.ini."),
+        QStringLiteral("DIR"), QCoreApplication::applicationDirPath());
+    parser.addOption(folder);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.process(arguments);
+    return QDir(parser.value(folder)).absolutePath();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Corvane Reporter"));
+    QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
+    QApplication::setWindowIcon(icon(QStringLiteral("app")));
+
+    Reportr state;
+    state.programFolder = programFolder(QApplication::arguments());
+    const SingleInstance instance(state.programFolder);
+    SystemDesktop desktop;
+    frmCVRMain window(state, desktop, &QDateTime::currentDateTime, QLocale::system());
+    desktop.setParentWindow(&window);
+    if (!window.Form_Load(instance))
+        return 0;
+    return QApplication::exec();
+}
