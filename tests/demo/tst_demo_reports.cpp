@@ -86,6 +86,7 @@ private Q_SLOTS:
     void everyReportIsSound_data();
     void everyReportIsSound();
     void filesArePlainText();
+    void referenceNamesEveryKey();
 };
 
 static const QStringList kKeys{QStringLiteral("Data Source/RecordSource1"),
@@ -230,6 +231,29 @@ void tst_demo_reports::filesArePlainText()
     }
     QVERIFY(codePage > 0);
     QVERIFY(unicode > 0);
+}
+
+void tst_demo_reports::referenceNamesEveryKey()
+{
+    QFile file(QStringLiteral(CORVANE_SOURCE_DIR "/docs/definition-files.md"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    for (const QString &key : kKeys) {
+        QVERIFY2(text.contains(u'`' + key.section(u'/', 1) + u'`'), qPrintable(key));
+        QVERIFY2(text.contains(u"[" + key.section(u'/', 0, 0) + u"]\n"), qPrintable(key));
+    }
+    // Its complete example is the file itself.
+    const auto reports = reportFiles();
+    QString example;
+    for (const QString &line :
+        text.section(QStringLiteral("## A complete example"), 1).split(u'\n')) {
+        if (line.startsWith(u"    ") || (!example.isEmpty() && line.isEmpty()))
+            example += line.mid(4) + u'\n';
+    }
+    QCOMPARE(example.trimmed(),
+        decoded(reports.value(QStringLiteral("Appointments by provider.rpt")))
+            .remove(u'\r')
+            .trimmed());
 }
 
 QTEST_GUILESS_MAIN(tst_demo_reports)
