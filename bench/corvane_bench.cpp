@@ -1,0 +1,107 @@
+// Times the stages of one large report against the limit program, all in one run.
+
+#include "bench_clinic.h"
+#include "limit.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QProcess>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+
+using namespace corvane;
+
+namespace {
+
+struct Stages {
+    double limitMs = std::numeric_limits<double>::max();
+    double queryMs = limitMs;
+    double composeMs = limitMs;
+    double bothMs = limitMs;
+    double pdfMs = limitMs;
+    double wholeMs = limitMs;
+    qint64 peakKiB = 0;
+    int pages = 0;
+};
+
+double number(const QString &line, const char *name)
+{
+    const QRegularExpression pattern(QString::fromLatin1(name) + QStringLiteral("=(\\d+)"));
+    return pattern.match(line).captured(1).toDouble();
+}
+
+/// One whole run of the batch program; its own stage times come on standard error.
+bool runBatch(const QString &clinic, Stages &best)
+{
+    QProcess batch;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("CORVANE_PASSWORD"), QStringLiteral("bench"));
+    batch.setProcessEnvironment(environment);
+    QElapsedTimer timer;
+    timer.start();
+    batch.start(QCoreApplication::applicationDirPath() + u"/corvane-batch",
+        {QStringLiteral("run"), QStringLiteral("Bench.rpt"), QStringLiteral("--folder"), clinic, QStringLiteral("--user"),
+            QStringLiteral("bench"), QStringLiteral("--pdf"), clinic + u"/bench.pdf", QStringLiteral("--timings")});
+    batch.waitForFinished(-1);
+    const double wholeMs = double(timer.nsecsElapsed()) / 1e6;
+    const QString output = QString::fromUtf8(batch.readAllStandardError());
+    if (batch.exitCode() != 0) {
+        std::fprintf(stderr, "corvane-batch ended with status %d: %s\n", batch.exitCode(), qPrintable(output));
+        return false;
+    }
+    const double queryMs = number(output, "query_ms");
+    const double composeMs = number(output, "compose_ms");
+    best.queryMs = std::min(best.queryMs, queryMs);
+    best.composeMs = std::min(best.composeMs, composeMs);
+    best.bothMs = std::min(best.bothMs, queryMs + composeMs);
+    best.pdfMs = std::min(best.pdfMs, number(output, "pdf_ms"));
+    best.wholeMs = std::min(best.wholeMs, wholeMs);
+    best.peakKiB = std::max(best.peakKiB, qint64(number(output, "peak_rss_kib")));
+    best.pages = int(number(output, "pages"));
+    return true;
+}
+
+bool measure(int rows, int rounds)
+{
+    const QTemporaryDir folder;
+    bench::makeBenchClinic(folder.path(), rows);
+    Stages best;
+    for (int round = 0; round < rounds; ++round) {
+        best.limitMs = std::min(best.limitMs, bench::runLimit(folder.filePath(QStringLiteral("limit.pdf")).toStdString(), rows));
+        if (!runBatch(folder.path(), best))
+            return false;
+    }
+    const auto ratio = [&](double ms) { return ms / best.limitMs; };
+    std::printf("%9d %7d %8.0f | %6.2f %8.2f %6.2f | %6.2f %6.2f | %8.0f\n", rows, best.pages, best.limitMs, ratio(best.queryMs),
+        ratio(best.composeMs), ratio(best.bothMs), ratio(best.pdfMs), ratio(best.wholeMs), double(best.peakKiB) / 1024);
+    std::fflush(stdout);
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    const QCommandLineOption most(QStringLiteral("rows"), QStringLiteral("The largest number of rows."), QStringLiteral("N"),
+        QStringLiteral("1000000"));
+    const QCommandLineOption rounds(QStringLiteral("rounds"), QStringLiteral("Rounds per size; the best counts."),
+        QStringLiteral("N"), QStringLiteral("5"));
+    parser.addOptions({most, rounds});
+    parser.process(application);
+
+    std::printf("Every stage as a ratio to the limit program of the same run, best of %s.\n\n", qPrintable(parser.value(rounds)));
+    std::printf("     rows   pages limit ms |  fetch  compose   both |    PDF  whole | peak MiB\n");
+    for (const int rows : {10'000, 100'000, 1'000'000}) {
+        if (rows <= parser.value(most).toInt() && !measure(rows, parser.value(rounds).toInt()))
+            return 1;
+    }
+    return 0;
+}
