@@ -1,0 +1,138 @@
+#include "dialogs/frm_def_dates.h"
+#include "platform/controls/date_picker.h"
+#include "support/recording_host.h"
+#include "support/suite.h"
+
+#include <QtTest/QtTest>
+#include <QtWidgets/QPushButton>
+
+using namespace corvane;
+
+namespace {
+
+const QDate kToday(2026, 11, 2);
+
+struct Opened {
+    explicit Opened(int order = 0)
+        : form(host, host, order, [] { return kToday; }, nullptr)
+    {
+        host.bDatesChanged = false;
+        form.show();
+    }
+    template <typename Control>
+    Control *control(const char *name) { return form.findChild<Control *>(QString::fromLatin1(name)); }
+
+    DatePicker *from() { return control<DatePicker>("DateFrom"); }
+    DatePicker *to() { return control<DatePicker>("DateTo"); }
+    QPushButton *ok() { return control<QPushButton>("Command1"); }
+    QPushButton *cancel() { return control<QPushButton>("cmdcancel"); }
+
+    test::RecordingHost host;
+    frmDefDates form;
+};
+
+void type(QWidget *field, const QString &digits)
+{
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(field, Qt::Key_Delete);
+    QTest::keyClicks(field, digits);
+}
+
+} // namespace
+
+class tst_def_dates : public test::Suite
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsFromTheHostsDates();
+    void acceptsARangeInOrder_data();
+    void acceptsARangeInOrder();
+    void okNeedsTwoDates();
+    void cancelWritesNothing();
+    void followsTheDateOrder();
+};
+
+void tst_def_dates::startsFromTheHostsDates()
+{
+    Opened opened;
+    QCOMPARE(opened.form.windowTitle(), QStringLiteral("Report Dates"));
+    QCOMPARE(opened.from()->date(), kToday);
+    QCOMPARE(opened.to()->date(), kToday);
+    QCOMPARE(opened.ok()->text(), QStringLiteral("Ok"));
+    QCOMPARE(opened.cancel()->text(), QStringLiteral("&Cancel"));
+    QVERIFY(opened.ok()->isEnabled());
+}
+
+void tst_def_dates::acceptsARangeInOrder_data()
+{
+    QTest::addColumn<QString>("from");
+    QTest::addColumn<QString>("to");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("a month") << QStringLiteral("11012026") << QStringLiteral("11302026") << true;
+    QTest::newRow("one day") << QStringLiteral("11012026") << QStringLiteral("11012026") << true;
+    QTest::newRow("one day too late") << QStringLiteral("11022026") << QStringLiteral("11012026") << false;
+}
+
+void tst_def_dates::acceptsARangeInOrder()
+{
+    QFETCH(QString, from);
+    QFETCH(QString, to);
+    QFETCH(bool, accepted);
+    Opened opened;
+    type(opened.from(), from);
+    type(opened.to(), to);
+    QTest::keyClick(opened.to(), Qt::Key_Return);
+    QCOMPARE(opened.form.isVisible(), !accepted);
+    if (accepted) {
+        QCOMPARE(opened.host.messages, QStringList());
+        QCOMPARE(opened.host.from.date, QDate::fromString(from, QStringLiteral("MMddyyyy")));
+        QCOMPARE(opened.host.to.date, QDate::fromString(to, QStringLiteral("MMddyyyy")));
+    } else {
+        QCOMPARE(opened.host.messages, QStringList(QStringLiteral("Corvane|48|Start Date must be earlier than End Date.")));
+        QCOMPARE(opened.host.from.date, kToday);
+        QCOMPARE(opened.form.focusWidget(), opened.from());
+    }
+}
+
+void tst_def_dates::okNeedsTwoDates()
+{
+    Opened opened;
+    type(opened.from(), {});
+    QVERIFY(!opened.ok()->isEnabled());
+    type(opened.from(), QStringLiteral("1130"));
+    QVERIFY(!opened.ok()->isEnabled());
+    type(opened.from(), QStringLiteral("02302026"));
+    QVERIFY(!opened.ok()->isEnabled());
+    type(opened.from(), QStringLiteral("11012026"));
+    QVERIFY(opened.ok()->isEnabled());
+    type(opened.to(), {});
+    QVERIFY(!opened.ok()->isEnabled());
+}
+
+void tst_def_dates::cancelWritesNothing()
+{
+    for (const bool byKey : {true, false}) {
+        Opened opened;
+        type(opened.from(), QStringLiteral("01012026"));
+        if (byKey)
+            QTest::keyClick(opened.from(), Qt::Key_Escape);
+        else
+            QTest::mouseClick(opened.cancel(), Qt::LeftButton);
+        QVERIFY(!opened.form.isVisible());
+        QCOMPARE(opened.host.from.date, kToday);
+        QVERIFY(!opened.host.bDatesChanged);
+    }
+}
+
+void tst_def_dates::followsTheDateOrder()
+{
+    Opened opened(2);
+    QCOMPARE(opened.from()->text(), QStringLiteral("2026/11/02"));
+    type(opened.from(), QStringLiteral("20261101"));
+    QCOMPARE(opened.from()->date(), QDate(2026, 11, 1));
+}
+
+QTEST_MAIN(tst_def_dates)
+#include "tst_def_dates.moc"

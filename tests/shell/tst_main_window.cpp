@@ -1,0 +1,446 @@
+// The real window driven by real events, from start to a saved PDF.
+
+#include "platform/controls/date_field.h"
+#include "platform/desktop/system_desktop.h"
+#include "platform/preview/preview.h"
+#include "shell/frm_cvr_main.h"
+#include "shell/frm_reportr_logon.h"
+#include "shell/report_list_view.h"
+#include "shell/single_instance.h"
+#include "support/demo_folder.h"
+#include "support/modal_answers.h"
+#include "support/suite.h"
+
+#include <QtCore/QDir>
+#include <QtTest/QtTest>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenuBar>
+#include <QtWidgets/QSplitter>
+
+using namespace corvane;
+
+namespace {
+
+const QDateTime kNow(QDate(2026, 11, 2), QTime(8, 5));
+
+QWidget *child(QWidget &parent, const char *name)
+{
+    auto *found = parent.findChild<QWidget *>(QString::fromLatin1(name));
+    if (!found)
+        qFatal("no control %s", name);
+    return found;
+}
+
+void click(QWidget *control)
+{
+    QTest::mouseClick(control, Qt::LeftButton);
+}
+
+void type(QWidget *field, const char *text)
+{
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(field, Qt::Key_Delete);
+    QTest::keyClicks(field, QString::fromLatin1(text));
+}
+
+void logOnAs(QDialog &dialog, const char *user, const char *password)
+{
+    type(child(dialog, "txtuid"), user);
+    type(child(dialog, "txtpw"), password);
+    click(child(dialog, "cmdok"));
+}
+
+void answerRange(QDialog &dialog, const char *from, const char *to)
+{
+    type(child(dialog, "DateFrom"), from);
+    type(child(dialog, "DateTo"), to);
+    click(child(dialog, "Command1"));
+}
+
+/// A program on a folder, with its modal dialogs answered in order.
+struct Program {
+    explicit Program(const QString &folder)
+    {
+        state.programFolder = folder;
+        window = std::make_unique<frmCVRMain>(state, desktop, [] { return kNow; }, QLocale::c());
+        desktop.setParentWindow(window.get());
+        instance = std::make_unique<SingleInstance>(folder);
+    }
+
+    bool start() { return window->Form_Load(*instance); }
+    bool startLoggedOn()
+    {
+        modal.drive([](QDialog &dialog) { logOnAs(dialog, "nora", "clinic"); });
+        return start();
+    }
+
+    QAbstractButton *button(int index)
+    {
+        return qobject_cast<QAbstractButton *>(child(*window, qPrintable(QStringLiteral("btnvp%1").arg(index))));
+    }
+    QAction *menu(const char *name) { return window->findChild<QAction *>(QString::fromLatin1(name)); }
+    ReportListView *list() { return window->findChild<ReportListView *>(); }
+    Preview *preview() { return window->findChild<Preview *>(); }
+    DateField *date(const char *name) { return window->findChild<DateField *>(QString::fromLatin1(name)); }
+
+    /// Buttons that the run wants on, as in "0 2 5".
+    QString wanted()
+    {
+        QStringList on;
+        for (int index = 0; index < kToolButtonCount; ++index) {
+            if (window->isButtonWanted(index))
+                on += QString::number(index);
+        }
+        return on.join(u' ');
+    }
+
+    void clickReport(const QString &name)
+    {
+        const auto items = list()->findItems(name, Qt::MatchExactly);
+        QCOMPARE(items.size(), 1);
+        list()->scrollToItem(items[0]);
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, list()->visualItemRect(items[0]).center());
+    }
+    QString firstLine() { return preview()->document() ? documentText(*preview()->document()).section(u'\n', 0, 0) : QString(); }
+
+    test::ModalAnswers modal;
+    Reportr state;
+    SystemDesktop desktop;
+    std::unique_ptr<frmCVRMain> window;
+    std::unique_ptr<SingleInstance> instance;
+};
+
+} // namespace
+
+class tst_main_window : public test::Suite
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsOnlyOnce();
+    void endsWithoutConfiguration();
+    void withoutConnectionOnlyExitIsLeft();
+    void endsWhenNobodyLogsOn();
+    void startsAfterALogon();
+    void wrongLogonsCanBeTriedAgain();
+    void runsAReportByClickAndByEnter();
+    void asksForDatesAndChecksTheirOrder();
+    void runsAgainWithOtherDates();
+    void typedDatesMustBeWhole();
+    void opensByPath();
+    void savesAsPdf();
+    void refusesToSaveWhatIsIncomplete();
+    void servesOnlyEscapeWhileRunning();
+    void closingWhileRunningHappensAfterwards();
+    void theListKeepsItselfCurrent();
+    void featuresToComeSayThatTheyAreOff();
+
+private:
+    test::DemoFolder m_demo {60};
+};
+
+void tst_main_window::startsOnlyOnce()
+{
+    Program first(m_demo.path());
+    Program second(m_demo.path());
+    QVERIFY(first.instance->isFirst());
+    second.modal.press(QMessageBox::Ok);
+    QVERIFY(!second.start());
+    QCOMPARE(second.modal.messages()[0].text, QStringLiteral("This program is already running. You can only have one instance open."));
+    QCOMPARE(second.modal.messages()[0].title, QStringLiteral("Corvane"));
+    QVERIFY(!second.window->isVisible());
+    const test::DemoFolder other(20);
+    QVERIFY(SingleInstance(other.path()).isFirst());
+}
+
+void tst_main_window::endsWithoutConfiguration()
+{
+    const QTemporaryDir empty;
+    Program program(empty.path());
+    program.modal.press(QMessageBox::Ok);
+    QVERIFY(!program.start());
+    QCOMPARE(program.modal.messages()[0].title, QStringLiteral("Critical Error"));
+    QCOMPARE(program.modal.messages()[0].icon, QMessageBox::Critical);
+}
+
+void tst_main_window::withoutConnectionOnlyExitIsLeft()
+{
+    const QTemporaryDir folder;
+    QFile settings(folder.filePath(QStringLiteral("corvane.ini")));
+    QVERIFY(settings.open(QIODevice::WriteOnly));
+    settings.write("[SQLServer]\n");
+    settings.close();
+    Program program(folder.path());
+    program.modal.press(QMessageBox::Ok);
+    QVERIFY(program.start());
+    QVERIFY(program.window->isVisible());
+    QVERIFY(!program.list()->isEnabled());
+    QCOMPARE(program.wanted(), QStringLiteral("0 4 5 6"));
+    QVERIFY(!program.menu("mnuFSendTo")->isEnabled());
+    program.modal.press(QMessageBox::Ok); // nobody is logged on
+    click(program.button(RefreshButton));
+    click(program.button(ExitButton));
+    QVERIFY(!program.window->isVisible());
+}
+
+void tst_main_window::endsWhenNobodyLogsOn()
+{
+    Program program(m_demo.path());
+    program.modal.drive([](QDialog &dialog) { click(child(dialog, "cmdcancel")); });
+    QVERIFY(!program.start());
+    QVERIFY(!program.state.gConn);
+}
+
+void tst_main_window::startsAfterALogon()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    QCOMPARE(program.window->windowTitle(), QStringLiteral("Corvane Reporter"));
+    QCOMPARE(program.wanted(), QStringLiteral("0"));
+    QVERIFY(program.menu("mnuFSendTo")->isEnabled());
+    QVERIFY(!program.menu("mnuFProps")->isEnabled());
+    QStringList shown;
+    for (int row = 0; row < program.list()->count(); ++row)
+        shown += program.list()->item(row)->text();
+    QCOMPARE(shown.size(), QDir(m_demo.report({})).entryList({QStringLiteral("*.rpt")}).size());
+    QCOMPARE(program.date("DateFrom")->text(), QStringLiteral("11/02/2026"));
+    QCOMPARE(program.firstLine(), QString());
+}
+
+void tst_main_window::wrongLogonsCanBeTriedAgain()
+{
+    Program program(m_demo.path());
+    program.modal.drive([](QDialog &dialog) {
+        logOnAs(dialog, "nora", "wrong");
+        logOnAs(dialog, "frontdesk", "welcome");
+        logOnAs(dialog, "nora", "clinic");
+    });
+    program.modal.press(QMessageBox::Ok);
+    program.modal.press(QMessageBox::Ok);
+    QVERIFY(program.start());
+    QCOMPARE(program.modal.messages()[0].text, QStringLiteral("Invalid UID or Password. Try again."));
+    QCOMPARE(program.modal.messages()[1].text, QStringLiteral("You do not have access rights to the Reporter. Try another logon or Exit."));
+    QCOMPARE(program.modal.messages()[1].icon, QMessageBox::Warning);
+}
+
+void tst_main_window::runsAReportByClickAndByEnter()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    QCOMPARE(program.firstLine(), QStringLiteral("Date of Report: 11/02/2026"));
+    QCOMPARE(program.wanted(), QStringLiteral("0 2 4 5 6"));
+    const DocumentPtr first = program.preview()->document();
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    QVERIFY(program.preview()->document() != first); // a second click runs it again
+    const DocumentPtr second = program.preview()->document();
+    QTest::keyClick(program.list(), Qt::Key_Up);
+    QCOMPARE(program.preview()->document(), second); // arrow keys only move
+    program.clickReport(QStringLiteral("Account balances.rpt"));
+    QTest::keyClick(program.list(), Qt::Key_Return);
+    QVERIFY(program.preview()->document() != second);
+    QVERIFY(child(*program.window, "lblSummary")->property("text").toString().contains(QStringLiteral("pages")));
+}
+
+void tst_main_window::asksForDatesAndChecksTheirOrder()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.modal.drive([](QDialog &dialog) {
+        answerRange(dialog, "11302026", "11012026");
+        QVERIFY(dialog.isVisible());
+        answerRange(dialog, "11012026", "11302026");
+    });
+    program.modal.press(QMessageBox::Ok);
+    program.clickReport(QStringLiteral("Daily schedule.rpt"));
+    QCOMPARE(program.modal.messages()[0].text, QStringLiteral("Start Date must be earlier than End Date."));
+    QCOMPARE(program.firstLine(), QStringLiteral("Dates of Report: 11/01/2026 to 11/30/2026"));
+    QCOMPARE(program.wanted(), QStringLiteral("0 1 2 4 5 6"));
+    QVERIFY(!program.window->bDatesChanged);
+    program.modal.drive([](QDialog &dialog) { click(child(dialog, "cmdcancel")); });
+    program.clickReport(QStringLiteral("Daily schedule.rpt"));
+    QCOMPARE(program.firstLine(), QStringLiteral("Dates of Report: 11/02/2026 to 11/02/2026")); // cancelled: unchanged range
+}
+
+void tst_main_window::runsAgainWithOtherDates()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.modal.drive([](QDialog &dialog) { answerRange(dialog, "11022026", "11032026"); });
+    program.clickReport(QStringLiteral("Daily schedule.rpt"));
+    const DocumentPtr first = program.preview()->document();
+
+    program.modal.drive([](QDialog &dialog) { click(child(dialog, "Command1")); });
+    click(program.button(DatesButton)); // nothing changed: not run again, but the parameters count as given
+    QCOMPARE(program.preview()->document(), first);
+    QVERIFY(program.window->reRun);
+
+    program.modal.drive([](QDialog &dialog) { answerRange(dialog, "11042026", "11052026"); });
+    click(program.button(DatesButton));
+    QCOMPARE(program.firstLine(), QStringLiteral("Dates of Report: 11/04/2026 to 11/05/2026"));
+
+    type(program.date("DateTo"), "11062026");
+    click(program.button(RefreshButton));
+    QCOMPARE(program.firstLine(), QStringLiteral("Dates of Report: 11/04/2026 to 11/06/2026"));
+    QVERIFY(!program.button(RefreshButton)->isChecked());
+}
+
+void tst_main_window::typedDatesMustBeWhole()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    type(program.date("DateFrom"), "1102");
+    program.modal.press(QMessageBox::Ok);
+    click(program.button(RefreshButton));
+    QCOMPARE(program.modal.messages()[0].text, QStringLiteral("Start Date must be earlier than End Date."));
+    QVERIFY(program.preview()->document()); // nothing ran, nothing is lost
+}
+
+void tst_main_window::opensByPath()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    const auto choose = [](const QString &file) {
+        return [file](QDialog &dialog) {
+            auto *files = qobject_cast<QFileDialog *>(&dialog);
+            files->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(file);
+            files->setFocus();
+            QTest::keyClick(files, Qt::Key_Return);
+            if (files->isVisible())
+                QMetaObject::invokeMethod(files, "accept");
+        };
+    };
+    m_demo.write(QStringLiteral("other/own.rpt"), test::providerList());
+    m_demo.write(QStringLiteral("other/none.rpt"), "hello");
+    program.modal.drive(choose(m_demo.file(QStringLiteral("other/own.rpt"))));
+    program.menu("mnuOpen")->trigger();
+    QCOMPARE(program.firstLine(), QStringLiteral("Date of Report: 11/02/2026"));
+
+    program.modal.drive(choose(m_demo.file(QStringLiteral("other/none.rpt"))));
+    program.modal.press(QMessageBox::Ok);
+    program.menu("mnuOpen")->trigger();
+    QCOMPARE(program.modal.messages().last().text, QStringLiteral("File is either not a valid report file or is corrupted"));
+    QCOMPARE(program.modal.messages().last().title, QStringLiteral("Invalid Report File"));
+    QVERIFY(!program.preview()->document());
+
+    program.modal.drive([](QDialog &dialog) { dialog.reject(); });
+    program.menu("mnuOpen")->trigger();
+}
+
+void tst_main_window::savesAsPdf()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    const QString file = m_demo.file(QStringLiteral("phones.pdf"));
+    program.modal.drive([&](QDialog &dialog) {
+        auto *files = qobject_cast<QFileDialog *>(&dialog);
+        QVERIFY(files->directory().path().endsWith(QStringLiteral("Documents")));
+        files->selectFile(file);
+        QMetaObject::invokeMethod(files, "accept");
+    });
+    program.modal.press(QMessageBox::No);
+    click(program.button(PdfButton));
+    QCOMPARE(program.modal.messages()[0].text, QStringLiteral("File has been saved. Do you want to open it in Acrobat Reader?"));
+    QVERIFY(!QFile::exists(file)); // "No" writes nothing
+}
+
+void tst_main_window::refusesToSaveWhatIsIncomplete()
+{
+    m_demo.write(QStringLiteral("Reports/broken.rpt"), test::providerList().replace("last_name", "nothing"));
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.modal.press(QMessageBox::Ok);
+    program.menu("mnuAdobe")->trigger();
+    QVERIFY(program.modal.messages()[0].text.contains(QStringLiteral("no report")));
+    program.modal.press(QMessageBox::Ok);
+    program.clickReport(QStringLiteral("broken.rpt"));
+    QCOMPARE(program.modal.messages()[1].title, QStringLiteral("SQL Error"));
+    program.modal.press(QMessageBox::Ok);
+    click(program.button(PdfButton));
+    QVERIFY(program.modal.messages()[2].text.contains(QStringLiteral("incomplete")));
+    QFile::remove(m_demo.report(QStringLiteral("broken.rpt")));
+}
+
+void tst_main_window::servesOnlyEscapeWhileRunning()
+{
+    // Long enough for the window to be served: every patient with every other one.
+    m_demo.write(QStringLiteral("Reports/long.rpt"),
+        test::providerList().replace("SELECT provider_id, last_name FROM CorvaneDB.dbo.providers ORDER BY provider_id",
+            "SELECT a.id, b.last_name FROM CorvaneDB.dbo.appointments a JOIN CorvaneDB.dbo.appointments c ON c.id <= 400 "
+            "JOIN CorvaneDB.dbo.patient_info b ON b.id = a.patient_id"));
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    QTimer::singleShot(0, program.window.get(), [&] {
+        QTest::mouseClick(program.list()->viewport(), Qt::LeftButton, {}, QPoint(10, 10));
+        QTest::keyClick(program.window.get(), Qt::Key_Escape);
+    });
+    program.modal.press(QMessageBox::Yes); // stop?
+    program.modal.press(QMessageBox::Ok);  // canceled
+    program.clickReport(QStringLiteral("long.rpt"));
+    QCOMPARE(program.modal.messages()[0].text, QStringLiteral("Do you want to stop this report?"));
+    QCOMPARE(program.modal.messages()[1].text, QStringLiteral("Report has been canceled."));
+    QCOMPARE(program.modal.messages()[1].title, QStringLiteral("Report Canceled"));
+    QVERIFY(!program.preview()->document());
+    QCOMPARE(program.wanted(), QStringLiteral("0 5"));
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    QVERIFY(program.preview()->document());
+}
+
+void tst_main_window::closingWhileRunningHappensAfterwards()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    bool stillOpen = false;
+    QTimer::singleShot(0, program.window.get(), [&] {
+        program.window->close();
+        stillOpen = program.window->isVisible();
+        QTest::keyClick(program.window.get(), Qt::Key_Escape);
+    });
+    program.modal.press(QMessageBox::No); // do not stop
+    program.clickReport(QStringLiteral("long.rpt"));
+    QVERIFY(stillOpen);
+    QVERIFY(!program.window->isVisible());
+    QVERIFY(!program.state.gConn);
+    QFile::remove(m_demo.report(QStringLiteral("long.rpt")));
+}
+
+void tst_main_window::theListKeepsItselfCurrent()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    const int before = program.list()->count();
+    m_demo.write(QStringLiteral("Reports/new one.RPT"), test::providerList());
+    QTRY_COMPARE(program.list()->count(), before + 1);
+    QVERIFY(QFile::remove(m_demo.report(QStringLiteral("new one.RPT"))));
+    QTRY_COMPARE(program.list()->count(), before);
+    QVERIFY(QDir().rename(m_demo.file(QStringLiteral("Reports")), m_demo.file(QStringLiteral("Away"))));
+    QTRY_COMPARE(program.list()->count(), 0);
+    QVERIFY(QDir().rename(m_demo.file(QStringLiteral("Away")), m_demo.file(QStringLiteral("Reports"))));
+    QTRY_COMPARE(program.list()->count(), before);
+}
+
+void tst_main_window::featuresToComeSayThatTheyAreOff()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    for (const int index : {int(PatientButton), int(PropertiesButton), int(ExcelButton)}) {
+        QVERIFY(!program.button(index)->isEnabled());
+        QVERIFY(program.button(index)->toolTip().contains(QStringLiteral("later version")));
+    }
+    for (const char *name : {"mnuFPrint", "mnuExcel", "mnuFProps", "mnuHContents", "mnuHAbout"})
+        QVERIFY(!program.menu(name)->isEnabled());
+    const QStringList captions {QStringLiteral("Exit"), QStringLiteral("Change Report Dates"), QStringLiteral("Save to PDF"),
+        QStringLiteral("Select Patient"), QStringLiteral("Properties"), QStringLiteral("Refresh"), QStringLiteral("Save to Excel")};
+    for (int index = 0; index < captions.size(); ++index)
+        QCOMPARE(program.button(index)->text(), captions[index]);
+}
+
+QTEST_MAIN(tst_main_window)
+#include "tst_main_window.moc"
