@@ -1,0 +1,84 @@
+#include "platform/controls/flood_panel.h"
+
+#include <QtGui/QPainter>
+#include <QtWidgets/QStyle>
+
+namespace corvane {
+
+namespace {
+
+constexpr int kBarThickness = 6;
+constexpr int kCaptionGap = 12;
+constexpr int kShortestBar = 60;
+
+} // namespace
+
+FloodPanel::FloodPanel(QWidget *parent)
+    : QProgressBar(parent)
+{
+    setRange(0, 100);
+    setValue(0);
+    setTextVisible(false);
+    setAccessibleName(tr("Progress"));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void FloodPanel::setFloodPercent(int percent)
+{
+    setValue(qBound(0, percent, 100));
+}
+
+void FloodPanel::setCaption(const QString &caption)
+{
+    if (caption == m_caption)
+        return;
+    m_caption = caption;
+    setAccessibleDescription(caption);
+    updateGeometry();
+    update();
+}
+
+QSize FloodPanel::sizeHint() const
+{
+    return minimumSizeHint() + QSize(2 * kShortestBar, 0);
+}
+
+QSize FloodPanel::minimumSizeHint() const
+{
+    const int caption = m_caption.isEmpty() ? 0 : fontMetrics().horizontalAdvance(m_caption) + kCaptionGap;
+    return {caption + kShortestBar, qMax(fontMetrics().height(), kBarThickness)};
+}
+
+void FloodPanel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    if (!m_caption.isEmpty())
+        style()->drawItemText(&painter, rect(),
+            int(Qt::AlignVCenter) | int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)), palette(),
+            isEnabled(), m_caption, QPalette::WindowText);
+
+    const QRect bar = barRect();
+    QColor track = palette().color(QPalette::WindowText);
+    track.setAlphaF(0.12F);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(track);
+    painter.drawRoundedRect(bar, kBarThickness / 2.0, kBarThickness / 2.0);
+    QRect filled = bar;
+    filled.setWidth(bar.width() * floodPercent() / 100);
+    if (filled.width() <= 0)
+        return;
+    // The rounded end of the track cuts the fill, whose own right edge stays straight.
+    painter.setClipRect(QStyle::visualRect(layoutDirection(), bar, filled));
+    painter.setBrush(palette().color(QPalette::Highlight));
+    painter.drawRoundedRect(bar, kBarThickness / 2.0, kBarThickness / 2.0);
+}
+
+QRect FloodPanel::barRect() const
+{
+    const int left = m_caption.isEmpty() ? 0 : fontMetrics().horizontalAdvance(m_caption) + kCaptionGap;
+    const QRect bar(left, (height() - kBarThickness) / 2, width() - left, kBarThickness);
+    return QStyle::visualRect(layoutDirection(), rect(), bar);
+}
+
+} // namespace corvane

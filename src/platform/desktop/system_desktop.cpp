@@ -1,0 +1,129 @@
+#include "platform/desktop/system_desktop.h"
+
+#include "platform/desktop/document_opener.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QMessageBox>
+
+namespace corvane {
+
+namespace {
+
+constexpr int kButtonMask = 0x0f;
+constexpr int kIconMask = 0x70;
+
+QString programName()
+{
+    return QStringLiteral("Corvane Reporter");
+}
+
+QMessageBox::Icon iconOf(int flags)
+{
+    switch (flags & kIconMask) {
+    case MessageFlags::Critical:
+        return QMessageBox::Critical;
+    case MessageFlags::Exclamation:
+        return QMessageBox::Warning;
+    case MessageFlags::Information:
+        return QMessageBox::Information;
+    default:
+        return QMessageBox::NoIcon;
+    }
+}
+
+/// "*.pdf", ".pdf" and "pdf" all mean "pdf".
+QString suffixOf(QString extension)
+{
+    return extension.sliced(extension.lastIndexOf(u'.') + 1);
+}
+
+void setUp(QFileDialog &dialog, const QString &initialFolder, const QString &filter)
+{
+    if (!initialFolder.isEmpty() && QDir(initialFolder).exists())
+        dialog.setDirectory(initialFolder);
+    if (const QStringList filters = nameFilters(filter); !filters.isEmpty())
+        dialog.setNameFilters(filters);
+}
+
+QString firstFile(const QFileDialog &dialog)
+{
+    return QDir::toNativeSeparators(dialog.selectedFiles().value(0));
+}
+
+} // namespace
+
+MessageAnswer SystemDesktop::message(const QString &text, int flags, const QString &title)
+{
+    const bool asks = (flags & kButtonMask) == MessageFlags::YesNo;
+    QMessageBox box(dialogParent());
+    box.setWindowTitle(title.isEmpty() ? programName() : title);
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n'));
+    box.setIcon(iconOf(flags));
+    box.setStandardButtons(asks ? QMessageBox::Yes | QMessageBox::No : QMessageBox::StandardButtons(QMessageBox::Ok));
+    box.setDefaultButton(asks ? QMessageBox::Yes : QMessageBox::Ok);
+    if ((flags & MessageFlags::SystemModal) != 0) {
+        box.setWindowModality(Qt::ApplicationModal);
+        box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    }
+    const int pressed = box.exec();
+    if (!asks)
+        return MessageAnswer::Ok;
+    return pressed == QMessageBox::Yes ? MessageAnswer::Yes : MessageAnswer::No;
+}
+
+QString SystemDesktop::openFile(const QString &title, const QString &initialFolder, const QString &filter)
+{
+    QFileDialog dialog(dialogParent(), title);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    setUp(dialog, initialFolder, filter);
+    return dialog.exec() == QDialog::Accepted ? firstFile(dialog) : QString();
+}
+
+QString SystemDesktop::saveFile(const SaveFileRequest &request)
+{
+    QFileDialog dialog(dialogParent(), request.title);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(suffixOf(request.defaultExtension));
+    setUp(dialog, request.initialFolder, request.filter);
+    while (dialog.exec() == QDialog::Accepted) {
+        const QString path = firstFile(dialog);
+        const QDir folder = QFileInfo(path).absoluteDir();
+        if (folder.exists())
+            return path;
+        message(QStringLiteral("The folder %1 does not exist.\nChoose an existing folder.")
+                    .arg(QDir::toNativeSeparators(folder.path())),
+            MessageFlags::Exclamation, request.title);
+    }
+    return {};
+}
+
+int SystemDesktop::openDocument(const QString &path)
+{
+    return openWithItsProgram(path);
+}
+
+QWidget *SystemDesktop::dialogParent() const
+{
+    if (QWidget *dialog = QApplication::activeModalWidget())
+        return dialog;
+    return m_parent;
+}
+
+QStringList nameFilters(const QString &filter)
+{
+    const QStringList parts = filter.split(u'|');
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        const QString patterns = parts[i + 1].trimmed().replace(u';', u' ');
+        const QString text = parts[i].section(u'(', 0, 0).trimmed();
+        filters += text + QStringLiteral(" (") + patterns + u')';
+    }
+    return filters;
+}
+
+} // namespace corvane

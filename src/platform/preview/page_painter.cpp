@@ -1,0 +1,138 @@
+#include "platform/preview/page_painter.h"
+
+#include <QtGui/QGlyphRun>
+#include <QtGui/QPainter>
+
+#include <cmath>
+
+namespace corvane {
+
+namespace {
+
+constexpr size_t kMostFonts = 64;
+
+/// Puts the edges on whole device pixels, so that equal rules look equal; nothing gets thinner than one.
+QRectF onDevicePixels(const QRectF &rect, const QTransform &toDevice)
+{
+    if (toDevice.type() > QTransform::TxScale)
+        return rect;
+    const QRectF device = toDevice.mapRect(rect);
+    const double left = std::round(device.left());
+    const double top = std::round(device.top());
+    const double width = std::max(1.0, std::round(device.right()) - left);
+    const double height = std::max(1.0, std::round(device.bottom()) - top);
+    return toDevice.inverted().mapRect(QRectF(left, top, width, height));
+}
+
+} // namespace
+
+/// One call of paint().
+struct PagePainter::Job {
+    QPainter &painter;
+    const Document &document;
+    double scale;
+    double top;    ///< of what is visible, twips
+    double bottom;
+};
+
+int PagePainter::paint(
+    QPainter &painter, const Document &document, int pageIndex, double pixelsPerTwip, const QRectF &visible)
+{
+    Job job {painter, document, pixelsPerTwip, visible.top() / pixelsPerTwip, visible.bottom() / pixelsPerTwip};
+    painter.save();
+    const int furniture = paintPart(job, pageFurniture(document, pageIndex));
+    const int body = paintPart(job, document.pages[size_t(pageIndex)]);
+    painter.restore();
+    return furniture + body;
+}
+
+int PagePainter::paintPart(Job &job, const Page &page)
+{
+    int count = 0;
+    const QTransform toDevice = job.painter.deviceTransform();
+    for (const FilledRect &rect : page.rects) {
+        if (rect.y > job.bottom || rect.y + rect.height < job.top)
+            continue;
+        const QRectF scaled(rect.x * job.scale, rect.y * job.scale, rect.width * job.scale, rect.height * job.scale);
+        job.painter.fillRect(onDevicePixels(scaled, toDevice), QColor::fromRgba(rect.colour));
+        ++count;
+    }
+    m_collected.resize(job.document.styles.size());
+    for (const TextRun &run : page.runs) {
+        const qint32 size = job.document.styles[run.style].size.count();
+        if (run.y - 2 * size > job.bottom || run.y + size < job.top)
+            continue;
+        if (run.shaped != 0)
+            drawShaped(job, page, run);
+        else
+            collect(job, page, run);
+        ++count;
+    }
+    drawCollected(job);
+    return count;
+}
+
+/// Plain runs are gathered by style: one call draws all of a style, wherever they stand.
+void PagePainter::collect(const Job &job, const Page &page, const TextRun &run)
+{
+    const TextStyle &style = job.document.styles[run.style];
+    const FontFace &face = *job.document.faces[style.face];
+    const double unit = style.size.count() * job.scale / face.unitsPerEm();
+    Glyphs &glyphs = m_collected[run.style];
+    double x = run.x * job.scale;
+    const double y = run.y * job.scale;
+    for (const QChar c : page.runText(run)) {
+        const FontFace::Glyph glyph = face.plainGlyph(c.unicode());
+        if (c != u' ') {
+            glyphs.indexes.push_back(glyph.index);
+            glyphs.positions.emplace_back(x, y);
+        }
+        x += glyph.advance * unit;
+    }
+}
+
+void PagePainter::drawShaped(Job &job, const Page &page, const TextRun &run)
+{
+    const ShapedGlyphs &shaped = page.shaped[run.shaped - 1];
+    const TextStyle &style = job.document.styles[run.style];
+    QList<QPointF> positions;
+    positions.reserve(qsizetype(shaped.glyphs.size()));
+    for (size_t i = 0; i < shaped.glyphs.size(); ++i)
+        positions.emplaceBack((run.x + shaped.xOffsets[i]) * job.scale, (run.y + shaped.yOffsets[i]) * job.scale);
+    QGlyphRun glyphs;
+    glyphs.setRawFont(fontAt(job.document.faces[shaped.face], style.size.count() * job.scale));
+    glyphs.setRawData(shaped.glyphs.data(), positions.constData(), int(positions.size()));
+    job.painter.setPen(QColor::fromRgba(style.colour));
+    job.painter.drawGlyphRun({}, glyphs);
+}
+
+void PagePainter::drawCollected(Job &job)
+{
+    for (size_t i = 0; i < m_collected.size(); ++i) {
+        Glyphs &collected = m_collected[i];
+        if (collected.indexes.empty())
+            continue;
+        const TextStyle &style = job.document.styles[i];
+        QGlyphRun glyphs;
+        glyphs.setRawFont(fontAt(job.document.faces[style.face], style.size.count() * job.scale));
+        glyphs.setRawData(collected.indexes.data(), collected.positions.data(), int(collected.indexes.size()));
+        job.painter.setPen(QColor::fromRgba(style.colour));
+        job.painter.drawGlyphRun({}, glyphs);
+        collected.indexes.clear();
+        collected.positions.clear();
+    }
+}
+
+const QRawFont &PagePainter::fontAt(const FontFacePtr &face, double pixelSize)
+{
+    const auto known = m_fonts.find({face, pixelSize});
+    if (known != m_fonts.end())
+        return known->second;
+    if (m_fonts.size() >= kMostFonts)
+        m_fonts.clear();
+    QRawFont font = face->rawFont();
+    font.setPixelSize(pixelSize);
+    return m_fonts.emplace(std::pair(face, pixelSize), font).first->second;
+}
+
+} // namespace corvane

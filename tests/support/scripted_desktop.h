@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/desktop/desktop.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QStringList>
+
+#include <deque>
+
+namespace corvane::test {
+
+/// A desktop that answers from queues and remembers what it was asked. A question, or a file dialog, for
+/// which no answer is queued is refused with a warning, which fails the test.
+class ScriptedDesktop : public Desktop
+{
+public:
+    struct Message {
+        QString text;
+        int flags = 0;
+        QString title;
+
+        bool operator==(const Message &) const = default;
+    };
+
+    std::deque<MessageAnswer> answers; ///< to questions; a box with one button needs none
+    std::deque<QString> files;         ///< of file dialogs; empty: cancelled
+    int openCode = OpenCodes::Started;
+
+    QList<Message> messages;
+    QList<SaveFileRequest> saveRequests;
+    QStringList openFolders; ///< initial folders of open dialogs
+    QStringList openedDocuments;
+
+    MessageAnswer message(const QString &text, int flags, const QString &title) override
+    {
+        messages.append({text, flags, title});
+        return (flags & MessageFlags::YesNo) == 0 ? MessageAnswer::Ok : next(answers, MessageAnswer::No);
+    }
+
+    QString openFile(const QString &, const QString &initialFolder, const QString &) override
+    {
+        openFolders += initialFolder;
+        return next(files, QString());
+    }
+
+    QString saveFile(const SaveFileRequest &request) override
+    {
+        saveRequests += request;
+        return next(files, QString());
+    }
+
+    int openDocument(const QString &path) override
+    {
+        openedDocuments += path;
+        return openCode;
+    }
+
+private:
+    template<typename T>
+    static T next(std::deque<T> &queue, T none)
+    {
+        if (queue.empty()) {
+            qWarning("The desktop was asked for more than the test announced.");
+            return none;
+        }
+        T answer = std::move(queue.front());
+        queue.pop_front();
+        return answer;
+    }
+};
+
+} // namespace corvane::test
