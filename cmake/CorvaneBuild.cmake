@@ -38,6 +38,20 @@ if(CORVANE_COVERAGE)
   target_link_options(corvane_options INTERFACE --coverage)
 endif()
 
+# The headers nearly every source needs, compiled once for libraries without widgets and once for those
+# with them and for the tests. These targets link nothing else: a definition that another target lacks
+# would make the precompiled header useless there.
+function(corvane_precompiled name)
+  cmake_parse_arguments(ARG "" "" "HEADERS;LINK" ${ARGN})
+  set(source "${PROJECT_BINARY_DIR}/${name}.cpp")
+  file(GENERATE OUTPUT "${source}" CONTENT "")
+  add_library(${name} OBJECT "${source}")
+  target_link_libraries(${name} PRIVATE corvane_options ${ARG_LINK})
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+  target_compile_options(${name} PRIVATE -fPIC)
+  target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+endfunction()
+
 # corvane_library(NAME SOURCES file... LINK target... [WIDGETS])
 # A folder of src/ as one static library. WIDGETS marks the few folders that may show something.
 function(corvane_library name)
@@ -47,11 +61,9 @@ function(corvane_library name)
   if(ARG_WIDGETS)
     target_link_libraries(${name} PUBLIC Qt6::Widgets)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
-    target_precompile_headers(${name} PRIVATE <QtWidgets/QtWidgets>)
+    target_precompile_headers(${name} REUSE_FROM corvane_widgets_pch)
   else()
     target_link_libraries(${name} PUBLIC Qt6::Gui)
-    target_precompile_headers(${name} PRIVATE
-      <QtCore/QString> <QtCore/QHash> <QtCore/QDateTime> <QtCore/QLocale> <QtCore/QFile>
-      <algorithm> <functional> <memory> <optional> <span> <string> <vector>)
+    target_precompile_headers(${name} REUSE_FROM corvane_core_pch)
   endif()
 endfunction()

@@ -26,6 +26,13 @@ void switchCoreDumpsOff()
 #endif
 }
 
+/// Standard error belongs to the program's own messages; a library's remarks are of no use to a user.
+void keepLibrariesQuiet(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        printError(text);
+}
+
 /// Reads the variable once and wipes it, so that neither children nor the process list show it.
 QString takePasswordVariable()
 {
@@ -64,6 +71,7 @@ int usage(const UsageFault &fault)
 int main(int argc, char **argv)
 {
     switchCoreDumpsOff();
+    qInstallMessageHandler(keepLibrariesQuiet);
     const QString variable = takePasswordVariable();
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication application(argc, argv);

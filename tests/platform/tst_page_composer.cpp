@@ -156,9 +156,9 @@ void tst_page_composer::alignsCellsInTheirColumns()
     const Page &page = document->pages.front();
     QCOMPARE(page.runs.size(), 6u);
     for (const size_t row : {0u, 3u}) {
-        QCOMPARE(page.runs[row].x, 1440 + 60);
-        QVERIFY(std::abs(rightEdge(*document, page, page.runs[row + 1]) - (1440 + 3500 - 60)) <= 1);
-        QCOMPARE(page.runs[row + 2].x, 1440 + 3500 + 60);
+        QCOMPARE(page.runs[row].x, 1440 + 80);
+        QVERIFY(std::abs(rightEdge(*document, page, page.runs[row + 1]) - (1440 + 3500 - 80)) <= 1);
+        QCOMPARE(page.runs[row + 2].x, 1440 + 3500 + 80);
         QCOMPARE(page.runs[row].y, page.runs[row + 1].y);
     }
     QCOMPARE(page.blocks[0].bottom, page.blocks[1].top);
@@ -382,7 +382,7 @@ void tst_page_composer::narrowsWhatDoesNotFitAndSaysSo()
     QCOMPARE(document->notes.size(), 1);
     QVERIFY2(document->notes[0].contains(QStringLiteral("9.72 inches")), qPrintable(document->notes[0]));
     const TextRun &second = document->pages[0].runs[1];
-    QVERIFY(std::abs(second.x - (720 + 10000 * 10800 / 14000 + 60)) <= 1);
+    QVERIFY(std::abs(second.x - (720 + 10000 * 10800 / 14000 + 80)) <= 1);
 }
 
 void tst_page_composer::resetForgetsEverything()

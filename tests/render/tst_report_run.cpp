@@ -111,7 +111,7 @@ void tst_report_run::composesHeadingLinesHeaderAndFooter()
     QFETCH(QStringList, firstBlocks);
     QByteArray definition = test::providerList(more.startsWith('@') ? QByteArray() : more);
     if (more.startsWith('@'))
-        definition.replace("[Columns]", more.sliced(1) + "\n[Columns]");
+        definition.replace("[Columns]", QByteArray(more.sliced(1) + "\n[Columns]"));
     m_program->state.gPatientText = QStringLiteral("O'Neill, Ann");
     QCOMPARE(m_program->run.openListed(write(definition)), RunResult::Done);
     const Document &document = *m_program->run.document();
@@ -143,7 +143,7 @@ void tst_report_run::setsStatesForTheReport()
     };
     m_program->host.reRun = true;
     QByteArray definition = test::providerList();
-    definition.replace("[Columns]", keys + "[Columns]");
+    definition.replace("[Columns]", QByteArray(keys + "[Columns]"));
     QCOMPARE(m_program->run.openListed(write(definition)), RunResult::Done);
     QCOMPARE(whileRunning, QStringLiteral(" hourglass"));
     QTEST(m_program->host.buttonsOn(), "buttons");

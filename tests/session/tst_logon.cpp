@@ -119,7 +119,7 @@ void tst_logon::noUserIdChangesTheQuery()
         const QString id = QStringLiteral("a") + QChar(code) + u'b';
         const QString query = logonQuery(id, QStringLiteral("p"));
         QCOMPARE(query.count(u'\''), plain.count(u'\''));
-        QCOMPARE(query, QString(plain).replace(u"'X'", QString(u'\'' + id + u'\'')));
+        QCOMPARE(query, QString(plain).replace(QStringLiteral("'X'"), QString(u'\'' + id + u'\'')));
     }
     for (const char16_t code : {char16_t(0x100), char16_t(0x2019), char16_t(0xff07), char16_t(0xd800)})
         QVERIFY(!passesKeyFilter(code));

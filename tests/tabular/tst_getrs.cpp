@@ -221,7 +221,7 @@ void tst_getrs::writesNotesBelowTheirRows()
     QCOMPARE(bench.lines().join(u'/'), QStringLiteral("1|note one/note one//2|//3|x/x/"));
     const Page &page = bench.document->pages.front();
     QCOMPARE(page.blockRuns(1)[0].x, 1440 + 720);
-    QCOMPARE(page.blockRuns(0)[0].x, 1440 + 60);
+    QCOMPARE(page.blockRuns(0)[0].x, 1440 + 80);
 }
 
 void tst_getrs::startsAGroupOnANewPageWhenThePageIsFull_data()

@@ -12,7 +12,7 @@ constexpr Twips kNarrowMargin {720};
 constexpr Twips kShortSide {12240};
 constexpr Twips kLongSide {15840};
 constexpr Twips kColumnGap {360};
-constexpr Twips kCellPadding {60};
+constexpr Twips kCellPadding {80};
 constexpr Twips kRowPadding {22};
 constexpr Twips kRuleThickness {10};
 constexpr Twips kLeastTextWidth {720};
