@@ -71,6 +71,7 @@ struct Page {
     std::vector<Block> blocks;
     std::vector<FilledRect> rects;
     std::vector<ShapedGlyphs> shaped;
+    std::vector<TextStyle> ownStyles; ///< of a page header or footer: numbered on behind Document::styles
 
     std::span<const TextRun> blockRuns(size_t block) const;
     QStringView runText(const TextRun &run) const
@@ -122,11 +123,18 @@ struct Document {
     bool isWhole = false; ///< false while composing and for ever after a failed or stopped run
 
     int pageCount() const { return int(pages.size()); }
+
+    const TextStyle &styleOf(const Page &page, const TextRun &run) const
+    {
+        return run.style < styles.size() ? styles[run.style] : page.ownStyles[run.style - styles.size()];
+    }
 };
 
 using DocumentPtr = std::shared_ptr<const Document>;
 
-/// Header and footer of one page (index from 0) as runs and rules of their own, ready to draw.
+/// Header and footer of one page (index from 0) as runs and rules of their own, ready to draw: block 0
+/// is the header, block 1 the footer, their columns the left, centre and right part. Nothing is cut: a
+/// part wraps within its share of the line, and where its band has no more lines the letters shrink.
 Page pageFurniture(const Document &document, int pageIndex);
 
 /// The whole document as text: a line per paragraph or row, cells separated by tabs, a form feed

@@ -30,6 +30,13 @@ QString sameWidthFamily(const QString &family)
     return !same.isEmpty() && QFontDatabase::hasFamily(same) ? same : family;
 }
 
+/// Whether two are the same font, whatever their sizes: fonts of Qt only equal themselves.
+bool isSameFont(const QRawFont &a, const QRawFont &b)
+{
+    return a.familyName() == b.familyName() && a.styleName() == b.styleName() && a.weight() == b.weight()
+        && a.style() == b.style();
+}
+
 bool isPlain(char16_t c)
 {
     return c >= 0x20 && !(c >= 0x7f && c < 0xa0) && QChar(c).category() != QChar::Mark_NonSpacing
@@ -106,13 +113,12 @@ FontFacePtr FontLibrary::face(const QString &family, bool bold)
 
 FontFacePtr FontLibrary::face(const QRawFont &font)
 {
-    const QRawFont wanted = atOnePixelPerUnit(font);
     for (const FontFacePtr &known : m_byName) {
-        if (known && known->rawFont() == wanted)
+        if (known && isSameFont(known->rawFont(), font))
             return known;
     }
     for (const FontFacePtr &known : m_fallbacks) {
-        if (known->rawFont() == wanted)
+        if (isSameFont(known->rawFont(), font))
             return known;
     }
     m_fallbacks.push_back(std::make_shared<const FontFace>(font));

@@ -1,0 +1,47 @@
+#include "support/pdf_reader.h"
+
+#include <QtCore/QProcess>
+
+namespace corvane::test {
+
+QString readerOutput(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForStarted())
+        return QStringLiteral("FAILED: %1 cannot be started; install it").arg(program);
+    constexpr int kPatience = 120'000;
+    if (!process.waitForFinished(kPatience))
+        return QStringLiteral("FAILED: %1 does not end").arg(program);
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        return QStringLiteral("FAILED: %1 ended with %2: %3").arg(program).arg(process.exitCode())
+            .arg(QString::fromUtf8(process.readAllStandardError()));
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+QString popplerText(const QString &fileName, TextOrder order)
+{
+    QStringList arguments {QStringLiteral("-enc"), QStringLiteral("UTF-8"), fileName, QStringLiteral("-")};
+    if (order == TextOrder::Contents)
+        arguments.prepend(QStringLiteral("-raw"));
+    return readerOutput(QStringLiteral("pdftotext"), arguments);
+}
+
+QString mupdfText(const QString &fileName)
+{
+    return readerOutput(QStringLiteral("mutool"),
+        {QStringLiteral("draw"), QStringLiteral("-q"), QStringLiteral("-F"), QStringLiteral("txt"), fileName});
+}
+
+QString normalised(const QString &text)
+{
+    QString kept;
+    for (const QChar c : text) {
+        const bool isMark = c == u'\u200e' || c == u'\u200f' || (c >= u'\u202a' && c <= u'\u202e');
+        if (!isMark)
+            kept += c;
+    }
+    return kept.normalized(QString::NormalizationForm_C).simplified();
+}
+
+} // namespace corvane::test
