@@ -1,6 +1,6 @@
 #include "batch/batch_options.h"
 
-#include "shared/dates.h"
+#include "platform/dates/date_text.h"
 
 #include <QtCore/QCommandLineParser>
 
@@ -36,7 +36,7 @@ QString readDate(const QCommandLineParser &parser, const QString &name, int date
     if (!parser.isSet(name))
         return {};
     const QString text = parser.value(name);
-    date = parseDate(text, dateOrder);
+    date = readDate(text, dateOrderOf(dateOrder));
     return date ? QString() : QStringLiteral("--%1 \"%2\" is no date; write it as yyyy-mm-dd.").arg(name, text);
 }
 

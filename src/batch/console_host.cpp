@@ -1,6 +1,6 @@
 #include "batch/console_host.h"
 
-#include "shared/dates.h"
+#include "platform/dates/date_text.h"
 
 #include <cstdio>
 
@@ -38,7 +38,7 @@ void ConsoleHost::setDates(QDate from, QDate to)
 
 DateEntry ConsoleHost::entry(QDate date) const
 {
-    return {dateFieldText(date, m_dateOrder), date};
+    return {dateText(date, dateOrderOf(m_dateOrder)), date};
 }
 
 void printError(const QString &text)

@@ -1,6 +1,7 @@
 #include "definitions/query_template.h"
 
 #include "platform/database/error.h"
+#include "platform/dates/date_text.h"
 #include "shared/dates.h"
 #include "shared/lists.h"
 #include "shared/reportr.h"
@@ -38,7 +39,7 @@ QString ParseSQL(const QString &szsql, const QString &findStr, const QString &re
     const qsizetype at = szsql.indexOf(findStr);
     if (at < 0)
         return szsql;
-    const auto date = parseDate(repString, dateOrder);
+    const auto date = readDate(repString, dateOrderOf(dateOrder));
     if (!date)
         throw RunTimeFault(RunTimeFault::TypeMismatch, QStringLiteral("\"%1\" is no date").arg(repString));
     return szsql.first(at) + fmtDate(*date) + szsql.mid(at + kDateTokenLength);

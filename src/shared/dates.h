@@ -5,8 +5,6 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
 
-#include <optional>
-
 namespace corvane {
 
 enum LocaleItem { ShortDateFormat = 31, ShortDateOrder = 33, TimeFormat = 4099 };
@@ -21,16 +19,10 @@ qint16 getDateOrder(const QLocale &locale);
 /// "yyyy/mm/dd" whatever the system's settings.
 QString fmtDate(QDate date);
 
-/// A text in the short-date order or year first, with "/", "-" or "." between; empty when it is no date.
-std::optional<QDate> parseDate(QStringView text, int dateOrder);
-
 /// Dates and times of report cells: the short form with a four-digit year.
 ValueTextStyle cellStyle(const QLocale &locale);
 
 /// "Now" as page headers show it: short date with a four-digit year and short time.
 QString dateTimeText(const QDateTime &moment, const QLocale &locale);
-
-/// A date as a date field of that order shows it, for example "11/01/2026".
-QString dateFieldText(QDate date, int dateOrder);
 
 } // namespace corvane

@@ -51,8 +51,6 @@ private Q_SLOTS:
     void strictNumbers();
     void roundsToWholeNumbers();
     void roundsHalvesUp();
-    void datesByOrder_data();
-    void datesByOrder();
     void localesGiveOrderAndForm_data();
     void localesGiveOrderAndForm();
     void scramblesBothWays();
@@ -176,37 +174,6 @@ void tst_shared_routines::roundsHalvesUp()
     QCOMPARE(roundTo(2.346, 2), 2.35);
     QCOMPARE(roundTo(-2.346, 2), -2.34);
     QCOMPARE(roundTo(1000.0 / 1440, 2), 0.69);
-}
-
-void tst_shared_routines::datesByOrder_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("order");
-    QTest::addColumn<QString>("iso"); // empty: no date
-
-    const auto row = [](const char *text, int order, const char *iso) {
-        QTest::addRow("%s in order %d", text, order) << QString::fromLatin1(text) << order << QString::fromLatin1(iso);
-    };
-    row("03/01/2024", 0, "2024-03-01");
-    row("03/01/2024", 1, "2024-01-03");
-    row("2024/03/01", 2, "2024-03-01");
-    row("2024-03-01", 0, "2024-03-01");
-    row("1.3.2024", 1, "2024-03-01");
-    row("13/01/2024", 0, "");
-    row("02/30/2024", 0, "");
-    row("03/01/24", 0, "");
-    row("03/01", 0, "");
-    row("__/__/____", 0, "");
-    row("3/-1/2024", 0, "");
-    row("1/2/3/2024", 0, "");
-}
-
-void tst_shared_routines::datesByOrder()
-{
-    QFETCH(QString, text);
-    QFETCH(int, order);
-    const auto date = parseDate(text, order);
-    QTEST(date ? date->toString(Qt::ISODate) : QString(), "iso");
 }
 
 void tst_shared_routines::localesGiveOrderAndForm_data()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shared/dates.h"
+#include "platform/dates/date_text.h"
 #include "shared/report_host.h"
 
 #include <QtCore/QStringList>
@@ -33,8 +33,8 @@ public:
     DateEntry dateTo() const override { return to; }
     void setDates(QDate first, QDate last) override
     {
-        from = {dateFieldText(first, 0), first};
-        to = {dateFieldText(last, 0), last};
+        from = {dateText(first, DateOrder::MonthDayYear), first};
+        to = {dateText(last, DateOrder::MonthDayYear), last};
         bDatesChanged = true;
     }
     void resetDates() override { setDates(today, today); }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/controls/date_text.h"
+#include "platform/dates/date_text.h"
 
 #include <QtWidgets/QLineEdit>
 

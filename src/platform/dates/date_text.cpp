@@ -1,4 +1,4 @@
-#include "platform/controls/date_text.h"
+#include "platform/dates/date_text.h"
 
 #include <QtCore/QList>
 
