@@ -9,7 +9,7 @@ namespace corvane {
 namespace {
 
 constexpr size_t kLongestNumber = 24;
-constexpr size_t kFirstRoom = 16 * 1024;
+constexpr size_t kFirstRoom = 16'384;
 
 /// A colour part of 0 to 255 as a part of 1, to three decimals.
 char *putColourPart(char *at, int part)

@@ -98,7 +98,7 @@ std::vector<quint32> glyphsOf(std::span<const CodedFont *const> fonts)
         }
     }
     std::ranges::sort(glyphs);
-    glyphs.erase(std::ranges::unique(glyphs).begin(), glyphs.end());
+    glyphs.erase(std::unique(glyphs.begin(), glyphs.end()), glyphs.end());
     return glyphs;
 }
 
@@ -147,7 +147,8 @@ private:
     Object cffFont(const CodedFont &coded, const EmbeddedFile &file, size_t index);
     Object descendant(const char *type, const FontFace &face, const EmbeddedFile &file,
         const std::map<quint32, quint32> &glyphsByCid);
-    Object compositeFont(const CodedFont &coded, const std::string &baseFont, Object encoding, Object descendant);
+    Object compositeFont(const CodedFont &coded, const std::string &baseFont, const Object &encoding,
+        const Object &descendant);
     Object encoding(const std::string &cmapName, const Mappings &mappings);
     Object boxFont(const CodedFont &coded);
 
@@ -301,7 +302,7 @@ Object FontBuilder::encoding(const std::string &cmapName, const Mappings &mappin
 }
 
 Object FontBuilder::compositeFont(
-    const CodedFont &coded, const std::string &baseFont, Object encoding, Object descendant)
+    const CodedFont &coded, const std::string &baseFont, const Object &encoding, const Object &descendant)
 {
     Object font = Object::newDictionary();
     font.replaceKey("/Type", name("Font"));

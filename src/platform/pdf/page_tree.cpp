@@ -45,7 +45,7 @@ void PageTree::startNode()
     m_nodes.push_back(node);
 }
 
-void PageTree::append(QPDFObjectHandle contents)
+void PageTree::append(const QPDFObjectHandle &contents)
 {
     if (m_pages.size() % kPagesPerNode == 0)
         startNode();
@@ -56,7 +56,7 @@ void PageTree::append(QPDFObjectHandle contents)
     m_pages.push_back(page);
 }
 
-void PageTree::finish(QPDFObjectHandle fonts)
+void PageTree::finish(const QPDFObjectHandle &fonts)
 {
     for (Object &node : m_nodes)
         node.replaceKey("/Count", Object::newInteger(node.getKey("/Kids").getArrayNItems()));

@@ -13,11 +13,11 @@ class PageTree
 public:
     PageTree(QPDF &pdf, const Document &document);
 
-    void append(QPDFObjectHandle contents);
+    void append(const QPDFObjectHandle &contents);
     const QPDFObjectHandle &root() const { return m_root; }
 
     /// Closes the tree; nothing can be appended afterwards.
-    void finish(QPDFObjectHandle fonts);
+    void finish(const QPDFObjectHandle &fonts);
 
     /// The document's outline (12.3.3), one flat level; empty when it has none.
     std::optional<QPDFObjectHandle> outline(const Document &document);

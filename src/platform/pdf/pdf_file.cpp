@@ -10,7 +10,7 @@ namespace corvane {
 namespace {
 
 /// The container comes in small pieces; so much of it is handed to the system at a time.
-constexpr size_t kBlock = 256 * 1024;
+constexpr size_t kBlock = 262'144;
 
 /// Why a file cannot be written and what to do, as two sentences.
 QString causeOf(const QString &fileName, QFileDevice::FileError error, const QString &systemText)
