@@ -1,5 +1,7 @@
 #include "platform/database/connection_text.h"
 
+#include <QtCore/QList>
+
 #include <algorithm>
 #include <array>
 

@@ -6,6 +6,9 @@
 
 namespace corvane {
 
+/// Number of a failed connection, and of any failure for which a driver has none of its own.
+constexpr int kConnectionError = -2147467259;
+
 /// What a connection attempt stumbled over; lets the caller say which setting to look at.
 enum class FailureCause { Unknown, Provider, Server, Certificate, Logon, Catalogue, TimeOut };
 

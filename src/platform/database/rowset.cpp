@@ -2,7 +2,7 @@
 
 #include "platform/database/error.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace corvane {
 
@@ -36,64 +36,43 @@ RowsetBuilder::RowsetBuilder(QStringList fieldNames)
     : m_rowset(std::make_unique<Rowset>())
 {
     m_rowset->m_fieldNames = std::move(fieldNames);
-}
-
-void RowsetBuilder::add(const Value &value)
-{
-    if (m_cellCount % Rowset::kCellsPerBlock == 0) {
-        m_rowset->m_cells.emplace_back();
-        if (m_cellCount > 0)
-            m_rowset->m_cells.back().reserve(Rowset::kCellsPerBlock);
-    }
-    ++m_cellCount;
-    auto &block = m_rowset->m_cells.back();
-    const QByteArrayView data = value.data();
-    const auto length = quint32(data.size());
-    switch (value.kind()) {
-    case ValueKind::Text:
-        block.push_back(Value::text(keep(data), length));
-        break;
-    case ValueKind::Decimal:
-        block.push_back(Value::decimal(keep(data), length));
-        break;
-    case ValueKind::Bytes:
-        block.push_back(Value::bytes(keep(data), length));
-        break;
-    default:
-        block.push_back(value);
-    }
+    m_block = &m_rowset->m_cells.emplace_back();
 }
 
 qsizetype RowsetBuilder::rowCount() const
 {
-    const int fields = m_rowset->fieldCount();
-    return fields == 0 ? 0 : qsizetype(m_cellCount / size_t(fields));
+    const int fields = m_rowset ? m_rowset->fieldCount() : 0;
+    return fields == 0 ? 0 : qsizetype(cellCount() / size_t(fields));
 }
 
 RowsetPtr RowsetBuilder::finish()
 {
     m_rowset->m_rowCount = rowCount();
-    m_cellCount = 0;
+    m_block = nullptr;
     m_free = nullptr;
     m_freeBytes = 0;
     return RowsetPtr(std::move(m_rowset));
 }
 
-const char *RowsetBuilder::keep(QByteArrayView bytes)
+/// The first block grows with the rows, so that a small result stays small.
+void RowsetBuilder::startBlock()
 {
-    const auto size = size_t(bytes.size());
-    if (size > m_freeBytes) {
-        const size_t block = std::max(size, kArenaBlock);
-        m_rowset->m_arena.push_back(std::make_unique_for_overwrite<char[]>(block));
-        m_rowset->m_arenaBytes += qsizetype(block);
-        m_free = m_rowset->m_arena.back().get();
-        m_freeBytes = block;
-    }
-    char *copy = m_free;
-    std::memcpy(copy, bytes.data(), size);
-    m_free += size;
-    m_freeBytes -= size;
-    return copy;
+    m_block = &m_rowset->m_cells.emplace_back();
+    m_block->reserve(Rowset::kCellsPerBlock);
+}
+
+void RowsetBuilder::startArena(size_t size)
+{
+    const size_t block = std::max(size, kArenaBlock);
+    m_rowset->m_arena.push_back(std::make_unique_for_overwrite<char[]>(block));
+    m_rowset->m_arenaBytes += qsizetype(block);
+    m_free = m_rowset->m_arena.back().get();
+    m_freeBytes = block;
+}
+
+size_t RowsetBuilder::cellCount() const
+{
+    return (m_rowset->m_cells.size() - 1) * Rowset::kCellsPerBlock + m_block->size();
 }
 
 } // namespace corvane

@@ -4,6 +4,7 @@
 
 #include <QtCore/QStringList>
 
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -53,8 +54,20 @@ class RowsetBuilder
 public:
     explicit RowsetBuilder(QStringList fieldNames);
 
-    void add(const Value &value);
-    void addText(QByteArrayView utf8) { add(Value::text(utf8.data(), quint32(utf8.size()))); }
+    void add(const Value &value)
+    {
+        switch (value.kind()) {
+        case ValueKind::Text:
+            return addText(value.data());
+        case ValueKind::Decimal:
+            return place(Value::decimal(keep(value.data()), quint32(value.data().size())));
+        case ValueKind::Bytes:
+            return place(Value::bytes(keep(value.data()), quint32(value.data().size())));
+        default:
+            place(value);
+        }
+    }
+    void addText(QByteArrayView utf8) { place(Value::text(keep(utf8), quint32(utf8.size()))); }
 
     qsizetype rowCount() const;
 
@@ -62,10 +75,33 @@ public:
     RowsetPtr finish();
 
 private:
-    const char *keep(QByteArrayView bytes);
+    void place(const Value &value)
+    {
+        if (m_block->size() == Rowset::kCellsPerBlock)
+            startBlock();
+        m_block->push_back(value);
+    }
+
+    const char *keep(QByteArrayView bytes)
+    {
+        const auto size = size_t(bytes.size());
+        if (size == 0)
+            return "";
+        if (size > m_freeBytes)
+            startArena(size);
+        char *copy = m_free;
+        std::memcpy(copy, bytes.data(), size);
+        m_free += size;
+        m_freeBytes -= size;
+        return copy;
+    }
+
+    void startBlock();
+    void startArena(size_t size);
+    size_t cellCount() const;
 
     std::unique_ptr<Rowset> m_rowset;
-    size_t m_cellCount = 0;
+    std::vector<Value> *m_block = nullptr; ///< the last of the rowset's blocks
     char *m_free = nullptr;
     size_t m_freeBytes = 0;
 };

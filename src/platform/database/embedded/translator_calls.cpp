@@ -1,0 +1,371 @@
+#include "platform/database/embedded/translator.h"
+
+#include "platform/database/embedded/date_parts.h"
+#include "platform/database/embedded/moment_styles.h"
+#include "platform/database/error.h"
+
+#include <algorithm>
+#include <array>
+
+namespace corvane::embedded {
+
+namespace {
+
+constexpr int kAnyNumber = 100;
+
+/// What a call gives: a fixed kind, or the type of its first argument.
+struct PlainCall
+{
+    const char *server;
+    const char *sqlite;
+    int least;
+    int most;
+    ValueKind kind;
+    bool asFirst = false;
+};
+
+constexpr std::array kPlainCalls{
+    PlainCall{"abs", "abs", 1, 1, ValueKind::Null, true},
+    PlainCall{"ceiling", "ceiling", 1, 1, ValueKind::Null, true},
+    PlainCall{"char", "char", 1, 1, ValueKind::Text},
+    PlainCall{"charindex", "corvane_charindex", 2, 3, ValueKind::Integer},
+    PlainCall{"concat", "corvane_concat", 2, kAnyNumber, ValueKind::Text},
+    PlainCall{"count", "count", 1, 1, ValueKind::Integer},
+    PlainCall{"count_big", "count", 1, 1, ValueKind::Integer},
+    PlainCall{"dense_rank", "dense_rank", 0, 0, ValueKind::Integer},
+    PlainCall{"floor", "floor", 1, 1, ValueKind::Null, true},
+    PlainCall{"left", "corvane_left", 2, 2, ValueKind::Text},
+    PlainCall{"len", "corvane_len", 1, 1, ValueKind::Integer},
+    PlainCall{"lower", "corvane_lower", 1, 1, ValueKind::Text},
+    PlainCall{"ltrim", "ltrim", 1, 1, ValueKind::Text},
+    PlainCall{"max", "max", 1, 1, ValueKind::Null, true},
+    PlainCall{"min", "min", 1, 1, ValueKind::Null, true},
+    PlainCall{"rank", "rank", 0, 0, ValueKind::Integer},
+    PlainCall{"replace", "replace", 3, 3, ValueKind::Text},
+    PlainCall{"replicate", "corvane_replicate", 2, 2, ValueKind::Text},
+    PlainCall{"right", "corvane_right", 2, 2, ValueKind::Text},
+    PlainCall{"round", "corvane_round", 2, 3, ValueKind::Null, true},
+    PlainCall{"row_number", "row_number", 0, 0, ValueKind::Integer},
+    PlainCall{"rtrim", "rtrim", 1, 1, ValueKind::Text},
+    PlainCall{"str", "corvane_str", 1, 3, ValueKind::Text},
+    PlainCall{"substring", "corvane_substring", 3, 3, ValueKind::Text},
+    PlainCall{"sum", "sum", 1, 1, ValueKind::Null, true},
+    PlainCall{"upper", "corvane_upper", 1, 1, ValueKind::Text},
+};
+
+/// Functions of the server whose names mean something else to SQLite.
+constexpr std::array kRefusedCalls{
+    "format", "log", "parse", "string_agg", "try_cast", "try_convert"};
+
+bool isNamed(const Token &token, const char *name)
+{
+    return token.isWord(QLatin1StringView(name));
+}
+
+Expression result(QString sql, SqlType type = {})
+{
+    return {std::move(sql), type, {}, {}, true, false};
+}
+
+} // namespace
+
+bool Translator::atCall() const
+{
+    const Token &token = m_in.peek();
+    if (token.kind != Token::Kind::Word)
+        return false;
+    if (isNamed(token, "current_timestamp"))
+        return true;
+    const bool takesWord = !isReserved(token) || isNamed(token, "left") || isNamed(token, "right");
+    return takesWord && m_in.peek(1).isSymbol(QLatin1StringView("("));
+}
+
+Expression Translator::call()
+{
+    const Token name = m_in.take();
+    for (const char *refused : kRefusedCalls)
+        if (isNamed(name, refused))
+            m_in.refuse(u"the function " % name.text.toString().toUpper(), name.at);
+    if (isNamed(name, "current_timestamp"))
+        return currentMoment();
+    m_in.expectSymbol("(");
+    bool found = true;
+    const Expression special = specialCall(name, found);
+    return found ? special : plainCall(name);
+}
+
+/// The calls whose arguments or types follow rules of their own.
+Expression Translator::specialCall(const Token &name, bool &found)
+{
+    if (isNamed(name, "getdate") || isNamed(name, "sysdatetime")) {
+        m_in.expectSymbol(")");
+        return currentMoment();
+    }
+    if (isNamed(name, "dateadd"))
+        return dateAdd();
+    if (isNamed(name, "datediff"))
+        return dateDifference();
+    if (isNamed(name, "datepart"))
+        return datePartOf("corvane_datepart", ValueKind::Integer);
+    if (isNamed(name, "datename"))
+        return datePartOf("corvane_datename", ValueKind::Text);
+    if (isNamed(name, "year"))
+        return fixedPartOf(int(DatePart::Year));
+    if (isNamed(name, "month"))
+        return fixedPartOf(int(DatePart::Month));
+    if (isNamed(name, "day"))
+        return fixedPartOf(int(DatePart::Day));
+    if (isNamed(name, "cast"))
+        return cast();
+    if (isNamed(name, "convert"))
+        return convert();
+    if (isNamed(name, "iif"))
+        return conditional();
+    if (isNamed(name, "isnull"))
+        return firstKnown(name, "coalesce(", 2);
+    if (isNamed(name, "coalesce"))
+        return firstKnown(name, "coalesce(", kAnyNumber);
+    if (isNamed(name, "nullif"))
+        return firstKnown(name, "nullif(", 2);
+    if (isNamed(name, "avg"))
+        return average(name);
+    found = false;
+    return {};
+}
+
+/// A call that only needs SQLite's name for it; an unknown one is left for SQLite to find or
+/// refuse.
+Expression Translator::plainCall(const Token &name)
+{
+    const auto known = std::ranges::find_if(
+        kPlainCalls, [&](const PlainCall &c) { return isNamed(name, c.server); });
+    const bool isKnown = known != kPlainCalls.end();
+    const std::vector<Expression> all
+        = arguments(name, isKnown ? known->least : 0, isKnown ? known->most : kAnyNumber);
+    QStringList texts;
+    for (const Expression &argument : all)
+        texts += argument.sql;
+    const QString sqlite = isKnown ? QString::fromLatin1(known->sqlite) : quotedName(name.text);
+    SqlType type;
+    if (isKnown)
+        type = known->asFirst ? all[0].type : SqlType{known->kind};
+    return result(sqlite % u'(' % texts.join(u", ") % u')' % window(), type);
+}
+
+/// Up to and with the closing parenthesis; "*" and DISTINCT stand as SQLite writes them too.
+std::vector<Expression> Translator::arguments(const Token &name, int least, int most)
+{
+    std::vector<Expression> all;
+    if (m_in.takeSymbol("*")) {
+        all.push_back(result(QStringLiteral("*")));
+    } else if (!m_in.atSymbol(")")) {
+        const QString distinct
+            = m_in.takeWord("distinct") ? QStringLiteral("DISTINCT ") : QString();
+        m_in.takeWord("all");
+        do
+            all.push_back(additive());
+        while (m_in.takeSymbol(","));
+        all[0].sql.prepend(distinct);
+    }
+    m_in.expectSymbol(")");
+    if (int(all.size()) < least || int(all.size()) > most)
+        throw DatabaseError(kStatementError,
+            QStringLiteral(
+                "The function %1 takes %2 arguments, not %3 (character %4 of the query).")
+                .arg(name.text.toString().toUpper(),
+                    least == most ? QString::number(least)
+                                  : QStringLiteral("%1 to %2").arg(least).arg(most))
+                .arg(all.size())
+                .arg(name.at + 1));
+    return all;
+}
+
+/// OVER (PARTITION BY ... ORDER BY ...) behind a call.
+QString Translator::window()
+{
+    if (!m_in.takeWord("over"))
+        return {};
+    m_in.expectSymbol("(");
+    QString sql;
+    if (m_in.takeWord("partition")) {
+        m_in.expectWord("by");
+        sql = u"PARTITION BY " % expressionList();
+    }
+    sql += orderBy();
+    if (!m_in.atSymbol(")"))
+        m_in.refuse(u"the window frame " % m_in.peek().text.toString().toUpper());
+    m_in.take();
+    return u" OVER (" % sql % u')';
+}
+
+int Translator::datePart()
+{
+    const Token &token = m_in.peek();
+    const auto part = datePartNamed(token.text);
+    if (!part)
+        m_in.refuse(u"the part of a date " % token.text);
+    m_in.take();
+    m_in.expectSymbol(",");
+    return int(*part);
+}
+
+Expression Translator::dateAdd()
+{
+    const int part = datePart();
+    const QString count = additive().sql;
+    m_in.expectSymbol(",");
+    const Expression moment = dateArgument();
+    m_in.expectSymbol(")");
+    const bool isDate = moment.type.kind == ValueKind::Date && !isPartOfDay(DatePart(part));
+    return result(
+        u"corvane_dateadd(" % QString::number(part) % u", " % count % u", " % moment.sql % u')',
+        {isDate ? ValueKind::Date : ValueKind::DateTime});
+}
+
+Expression Translator::dateDifference()
+{
+    const int part = datePart();
+    const Expression from = dateArgument();
+    m_in.expectSymbol(",");
+    const Expression to = dateArgument();
+    m_in.expectSymbol(")");
+    return result(
+        u"corvane_datediff(" % QString::number(part) % u", " % from.sql % u", " % to.sql % u')',
+        {ValueKind::Integer});
+}
+
+Expression Translator::datePartOf(const char *function, ValueKind kind)
+{
+    const int part = datePart();
+    const Expression moment = dateArgument();
+    m_in.expectSymbol(")");
+    return result(
+        QString::fromLatin1(function) % u'(' % QString::number(part) % u", " % moment.sql % u')',
+        {kind});
+}
+
+Expression Translator::fixedPartOf(int part)
+{
+    const Expression moment = dateArgument();
+    m_in.expectSymbol(")");
+    return result(u"corvane_datepart(" % QString::number(part) % u", " % moment.sql % u')',
+        {ValueKind::Integer});
+}
+
+Expression Translator::cast()
+{
+    const Expression value = additive();
+    m_in.expectWord("as");
+    const SqlType target = typeName();
+    m_in.expectSymbol(")");
+    return converted(value, target, nullptr);
+}
+
+Expression Translator::convert()
+{
+    const SqlType target = typeName();
+    m_in.expectSymbol(",");
+    const Expression value = additive();
+    Expression style;
+    const bool styled = m_in.takeSymbol(",");
+    if (styled)
+        style = additive();
+    m_in.expectSymbol(")");
+    return converted(value, target, styled ? &style : nullptr);
+}
+
+SqlType Translator::typeName()
+{
+    const Token name = m_in.take();
+    QString text = unquoted(name);
+    if (m_in.takeSymbol("(")) {
+        text += u'(';
+        while (!m_in.atSymbol(")") && m_in.peek().kind != Token::Kind::End)
+            text += m_in.take().text;
+        m_in.expectSymbol(")");
+        text += u')';
+    }
+    const SqlType type = declaredType(text);
+    if (!type.known())
+        m_in.refuse(u"the type " % text, name.at);
+    return type;
+}
+
+Expression Translator::converted(Expression value, const SqlType &target, const Expression *style)
+{
+    const QString styleText = style ? style->sql : QStringLiteral("NULL");
+    if (target.isMoment() && value.literal)
+        value.sql = dateLiteral(*value.literal, target.kind,
+            orderOfStyle(styleText.toInt(), DateOrder(m_settings.dateOrder)));
+    const QString from = QString::number(int(value.type.kind));
+    constexpr int kDefaultLength = 30;
+    switch (target.kind) {
+    case ValueKind::Text: {
+        const int length
+            = target.length < 0 ? (target.unlimited ? -1 : kDefaultLength) : target.length;
+        return result(u"corvane_to_text(" % value.sql % u", " % from % u", " % styleText % u", "
+                % QString::number(value.type.scale) % u", " % QString::number(length) % u", "
+                % QString::number(int(target.padded)) % u')',
+            {ValueKind::Text});
+    }
+    case ValueKind::Integer:
+        return result(u"corvane_to_integer(" % value.sql % u')', target);
+    case ValueKind::Boolean:
+        return result(u"corvane_to_bit(" % value.sql % u')', target);
+    case ValueKind::Real:
+        return result(u"corvane_to_real(" % value.sql % u')', target);
+    case ValueKind::Decimal:
+        return result(
+            u"corvane_to_decimal(" % value.sql % u", " % QString::number(target.scale) % u')',
+            target);
+    case ValueKind::Bytes:
+        return result(u"CAST(" % value.sql % u" AS BLOB)", target);
+    default:
+        return result(u"corvane_to_moment(" % value.sql % u", " % QString::number(int(target.kind))
+                % u", " % styleText % u')',
+            target);
+    }
+}
+
+Expression Translator::conditional()
+{
+    const Expression test = condition();
+    m_in.expectSymbol(",");
+    std::vector<Expression> branches{additive()};
+    m_in.expectSymbol(",");
+    branches.push_back(additive());
+    m_in.expectSymbol(")");
+    const SqlType type = align(branches, Doubt::KeepText);
+    return result(
+        u"iif(" % test.sql % u", " % branches[0].sql % u", " % branches[1].sql % u')', type);
+}
+
+/// ISNULL, COALESCE and NULLIF: the arguments stand for each other.
+Expression Translator::firstKnown(const Token &name, const char *function, int most)
+{
+    std::vector<Expression> all = arguments(name, 2, most);
+    const SqlType type = align(all, Doubt::KeepText);
+    QStringList texts;
+    for (const Expression &argument : all)
+        texts += argument.sql;
+    return result(QString::fromLatin1(function) % texts.join(u", ") % u')', type);
+}
+
+/// The server's average of whole numbers is a whole number.
+Expression Translator::average(const Token &name)
+{
+    const std::vector<Expression> all = arguments(name, 1, 1);
+    const QString call = u"avg(" % all[0].sql % u')' % window();
+    if (all[0].type.kind == ValueKind::Integer)
+        return result(u"CAST(" % call % u" AS INTEGER)", {ValueKind::Integer});
+    return result(call, {ValueKind::Real});
+}
+
+Expression Translator::currentMoment() const
+{
+    const qint64 day = m_settings.now.date().toJulianDay() - QDate(1970, 1, 1).toJulianDay();
+    const Moment now{day * kMsPerDay + m_settings.now.time().msecsSinceStartOfDay()};
+    return result(quotedText(QString::fromLatin1(momentText(now))), {ValueKind::DateTime});
+}
+
+} // namespace corvane::embedded
