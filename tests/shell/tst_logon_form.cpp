@@ -9,6 +9,7 @@
 #include <QtGui/QClipboard>
 #include <QtGui/QDropEvent>
 #include <QtGui/QInputMethodEvent>
+#include <QtGui/QKeyEvent>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
@@ -25,7 +26,11 @@ void bringIn(QLineEdit &box, Way way, const QString &text)
 {
     switch (way) {
     case Way::Key:
-        QTest::keyClicks(&box, text);
+        for (const QChar c : text) {
+            const int key = c == u'\b' ? Qt::Key_Backspace : c == u'\r' ? Qt::Key_Return : 0;
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QString(c));
+            QApplication::sendEvent(&box, &press);
+        }
         break;
     case Way::Paste:
         QApplication::clipboard()->setText(text);
@@ -34,8 +39,10 @@ void bringIn(QLineEdit &box, Way way, const QString &text)
     case Way::Drop: {
         QMimeData data;
         data.setText(text);
-        QDropEvent event(QPointF(4, 4), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&box, &event);
+        QDragEnterEvent enter(QPoint(4, 4), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&box, &enter);
+        QDropEvent drop(QPointF(4, 4), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&box, &drop);
         break;
     }
     case Way::InputMethod: {

@@ -145,9 +145,9 @@ private:
 
 void tst_main_window::startsOnlyOnce()
 {
-    Program first(m_demo.path());
+    const SingleInstance first(m_demo.path());
     Program second(m_demo.path());
-    QVERIFY(first.instance->isFirst());
+    QVERIFY(first.isFirst());
     second.modal.press(QMessageBox::Ok);
     QVERIFY(!second.start());
     QCOMPARE(second.modal.messages()[0].text, QStringLiteral("This program is already running. You can only have one instance open."));

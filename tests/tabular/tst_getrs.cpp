@@ -134,7 +134,7 @@ void tst_getrs::assemblesTheQuery_data()
     row("the second database stays when there is none", "RecordSource1=HalvernDB.dbo.x", "HalvernDB.dbo.x ");
     row("dates as shown, each time", "RecordSource1='{DATE1}' '{DATE2}' {DATE1}\nGetDates=True",
         "'11/01/2026' '11/30/2026' 11/01/2026 ");
-    row("dates only for exactly True", "RecordSource1='{DATE1}'\nGetDates=true", "'{DATE1}' ");
+    row("dates only for exactly True", "RecordSource1=d='{DATE1}'\nGetDates=true", "d='{DATE1}' ");
     row("the patient", "RecordSource1=id=<PID>\nGetPatient=True", "id=77 ");
     row("the patient only when asked", "RecordSource1=id=<PID>", "id=<PID> ");
 }

@@ -206,8 +206,8 @@ void PageComposer::addTable(QStringView format, QStringView header, QStringView 
         if (flow == TableFlow::Starts)
             drawHeading(header, columns, headerShade, Weight::Current, m_border);
     }
-    if (body.isEmpty())
-        return;
+    if (body.isEmpty() && !header.isEmpty())
+        return; // a heading alone, or a row that has no cells
     const bool isCaption = flow == TableFlow::Continues && header.isEmpty();
     drawRow(body, columns, {isCaption ? BlockKind::Caption : BlockKind::Row, Weight::Current, bodyShade});
 }
