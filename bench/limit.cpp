@@ -144,24 +144,19 @@ void LimitFile::fillContent(int firstRow, int endRow)
         }
         *at++ = ' ';
     };
-    put("BT/F1 9 Tf\n");
-    double x = 0; // where the line before started: positions count from there
-    double y = 0;
     for (int row = firstRow; row < endRow; ++row) {
         const Row &cells = rows[size_t(row % kDistinctRows)];
         const double top = kTopOfText - (row - firstRow) * kLineHeight;
         for (size_t column = 0; column < cells.size(); ++column) {
-            number(kColumns[column] - x);
-            number(top - y);
-            put("Td(");
-            x = kColumns[column];
-            y = top;
+            put("BT /F1 9 Tf ");
+            number(kColumns[column]);
+            number(top);
+            put("Td (");
             std::memcpy(at, cells[column].data(), cells[column].size());
             at += cells[column].size();
-            put(")Tj\n");
+            put(") Tj ET\n");
         }
     }
-    put("ET\n");
     m_contentSize = size_t(at - m_content.data());
 }
 

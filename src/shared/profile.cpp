@@ -57,6 +57,12 @@ QByteArray untilNul(const QByteArray &bytes)
     return nul < 0 ? bytes : bytes.first(nul);
 }
 
+Profile readProfile(const QString &file)
+{
+    const QByteArray bytes = untilNul(readAll(file));
+    return Profile(decodeProfile(bytes, profileEncoding(file, bytes)));
+}
+
 } // namespace
 
 Profile::Profile(QStringView text)
@@ -120,30 +126,32 @@ QString decodeProfile(QByteArrayView bytes, ProfileEncoding encoding)
 
 ProfileFile::ProfileFile(const QString &file)
     : m_file(file)
-    , m_encodedFile(QFile::encodeName(file))
 {
     refresh();
 }
 
 bool ProfileFile::refresh()
 {
-    const FileStamp stamp = fileStamp(m_encodedFile);
-    if (stamp == m_stamp)
+    if (m_watch && !m_watch->hasChanged())
         return false;
-    m_stamp = stamp;
-    const QByteArray bytes = untilNul(readAll(m_file));
-    m_profile = Profile(decodeProfile(bytes, profileEncoding(m_file, bytes)));
+    // Watched before it is read, so that a change in between is noticed the next time.
+    m_watch = std::make_unique<FileWatch>(QFile::encodeName(m_file));
+    m_profile = readProfile(m_file);
     return true;
 }
 
 QString ReadINI(const QString &file, QStringView section, QStringView key)
 {
-    // A report reads one file key after key; keeping that one parsed is all that is needed.
-    static ProfileFile latest {QString()};
-    if (latest.file() == file)
-        latest.refresh();
-    else
-        latest = ProfileFile(file);
+    // Nothing stays open between calls, so the one file that is kept parsed is told by its path's stamp.
+    static QString latestFile;
+    static FileStamp latestStamp;
+    static Profile latest;
+    const FileStamp stamp = fileStamp(QFile::encodeName(file));
+    if (latestFile != file || latestStamp != stamp) {
+        latest = readProfile(file);
+        latestFile = file;
+        latestStamp = stamp;
+    }
     return latest.value(section, key);
 }
 

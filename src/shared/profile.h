@@ -5,6 +5,7 @@
 #include <QtCore/QHash>
 #include <QtCore/QString>
 
+#include <memory>
 #include <stdexcept>
 
 namespace corvane {
@@ -34,13 +35,13 @@ ProfileEncoding profileEncoding(const QString &file, QByteArrayView bytes);
 QString decodeProfile(QByteArrayView bytes, ProfileEncoding encoding);
 
 /// A profile file kept parsed. It answers as if nothing were kept, provided that refresh() is called
-/// before each use, or once per record where a report reads it cell by cell.
+/// before each use, or once per record where a report reads it cell by cell. It keeps the file open.
 class ProfileFile
 {
 public:
     explicit ProfileFile(const QString &file);
 
-    /// Looks at the file's stamp and reads the file again when it changed. True when it was read again.
+    /// Reads the file again when it changed. True when it was read again.
     bool refresh();
 
     const QString &file() const { return m_file; }
@@ -48,8 +49,7 @@ public:
 
 private:
     QString m_file;
-    QByteArray m_encodedFile;
-    FileStamp m_stamp;
+    std::unique_ptr<FileWatch> m_watch;
     Profile m_profile;
 };
 

@@ -236,8 +236,10 @@ void frmCVRMain::showHourglass(bool on)
 
 void frmCVRMain::showProgress(int percent)
 {
-    if (percent != pnlprogress->floodPercent())
+    if (percent != pnlprogress->floodPercent()) {
         pnlprogress->setFloodPercent(percent);
+        pnlprogress->setVisible(percent > 0);
+    }
     if (m_gate->isClosed())
         m_gate->serve();
 }

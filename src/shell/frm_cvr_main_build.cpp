@@ -23,6 +23,7 @@ namespace {
 
 constexpr int kListWidth = 220;
 constexpr int kProgressWidth = 180;
+constexpr int kStatusMargin = 6;
 
 struct ToolButtonLook {
     const char *caption;
@@ -180,6 +181,9 @@ void frmCVRMain::buildStatusBar()
     pnlprogress->setObjectName(QStringLiteral("pnlprogress"));
     pnlprogress->setAccessibleName(tr("Progress"));
     pnlprogress->setFixedWidth(kProgressWidth);
+    pnlprogress->hide();
+    for (QLabel *label : {m_summary, m_user, m_notes})
+        label->setContentsMargins(kStatusMargin, 0, kStatusMargin, 0);
     statusBar()->addWidget(m_summary);
     statusBar()->addWidget(m_user);
     statusBar()->addWidget(m_notes, 1);

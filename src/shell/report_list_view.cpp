@@ -9,10 +9,19 @@
 
 namespace corvane {
 
+namespace {
+
+constexpr int kIconSize = 16;
+constexpr int kItemSpacing = 1;
+
+} // namespace
+
 ReportListView::ReportListView(QWidget *parent)
     : QListWidget(parent)
 {
     setUniformItemSizes(true);
+    setIconSize({kIconSize, kIconSize});
+    setSpacing(kItemSpacing);
     connect(this, &QListWidget::itemClicked, this, [this](QListWidgetItem *item) { Q_EMIT chosen(item->text()); });
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &ReportListView::refill);
 }

@@ -1,6 +1,7 @@
 #include "tabular/value_formats.h"
 
 #include <array>
+#include <charconv>
 
 namespace corvane {
 
@@ -44,11 +45,16 @@ QString MinToTime(qint16 minutes)
     const bool hasHour = m >= 60 && (m >= 779 || m < kNoon);
     const int hour = hasHour ? (m <= kNoon ? m : m - kNoon) / 60 : 12;
     const int rest = m % 60;
-    const QString minuteText = rest >= 10 ? QString::number(rest) : u'0' + QString::number(rest);
-    return QString::number(hour) + u':' + minuteText + suffix(m);
+    char text[24];
+    char *end = std::to_chars(text, text + 8, hour).ptr;
+    *end++ = ':';
+    if (rest < 10)
+        *end++ = '0';
+    end = std::to_chars(end, end + 8, rest).ptr;
+    return QLatin1StringView(text, end) + suffix(m);
 }
 
-QString ColorToStatus(qint32 code)
+QLatin1StringView ColorToStatus(qint32 code)
 {
     for (const Status &status : kStatuses) {
         if (status.code == code)

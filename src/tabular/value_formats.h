@@ -8,6 +8,6 @@ namespace corvane {
 QString MinToTime(qint16 minutes);
 
 /// An appointment's colour code as its status word; empty for a code that is none.
-QString ColorToStatus(qint32 code);
+QLatin1StringView ColorToStatus(qint32 code);
 
 } // namespace corvane

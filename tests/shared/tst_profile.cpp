@@ -135,9 +135,18 @@ void tst_profile::seesEveryChangeOnDisk()
     QCOMPARE(kept.value(u"S", u"K"), QStringLiteral("29"));
     QVERIFY(kept.refresh());
     QCOMPARE(kept.value(u"S", u"K"), QStringLiteral("new"));
+    const QString other = path("other.rpt");
+    write(other, "[S]\nK=put in place");
+    QVERIFY(QFile::remove(file) && QFile::rename(other, file));
+    QVERIFY(kept.refresh());
+    QCOMPARE(kept.value(u"S", u"K"), QStringLiteral("put in place"));
     QFile::remove(file);
     QVERIFY(kept.refresh());
     QCOMPARE(kept.value(u"S", u"K"), QString());
+    QVERIFY(!kept.refresh());
+    write(file, "[S]\nK=back");
+    QVERIFY(kept.refresh());
+    QCOMPARE(kept.value(u"S", u"K"), QStringLiteral("back"));
 }
 
 void tst_profile::writesOneValue_data()

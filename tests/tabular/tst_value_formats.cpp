@@ -69,7 +69,7 @@ void tst_value_formats::colourAsStatus_data()
 void tst_value_formats::colourAsStatus()
 {
     QFETCH(int, code);
-    QTEST(ColorToStatus(code), "status");
+    QTEST(QString(ColorToStatus(code)), "status");
 }
 
 QTEST_MAIN(tst_value_formats)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace corvane {
 
@@ -46,29 +47,30 @@ QFont fontOf(const FontFace &face)
     return font;
 }
 
-QRawFont fontAt(const QTextLine &line, qsizetype begin, qsizetype length)
+/// Whether two glyph runs may stand in one piece: the same font, set in the same direction.
+bool belongTogether(const QGlyphRun &a, const QGlyphRun &b)
 {
-    const QList<QGlyphRun> runs = line.glyphRuns(int(begin), int(length));
-    return runs.isEmpty() ? QRawFont() : runs.front().rawFont();
+    return a.rawFont() == b.rawFont() && a.isRightToLeft() == b.isRightToLeft();
 }
 
-/// Ends of the stretches of a line that one font serves, in letters of the shaped text.
-std::vector<qsizetype> fontBoundaries(const QTextLine &line, const QString &text)
+/// Ends of the stretches of a line that one font serves in one direction, in letters of the shaped text.
+std::vector<qsizetype> pieceEnds(const QTextLine &line, const QString &text)
 {
     std::vector<qsizetype> ends;
     const qsizetype begin = line.textStart();
     const qsizetype end = begin + line.textLength();
     QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, text);
-    QRawFont current;
+    std::optional<QGlyphRun> current;
     qsizetype at = begin;
     while (at < end) {
         graphemes.setPosition(at);
         const qsizetype next = std::clamp<qsizetype>(graphemes.toNextBoundary(), at + 1, end);
-        const QRawFont font = fontAt(line, at, next - at);
-        if (at > begin && font.isValid() && current.isValid() && font != current)
-            ends.push_back(at);
-        if (font.isValid())
-            current = font;
+        const QList<QGlyphRun> runs = line.glyphRuns(int(at), int(next - at));
+        if (!runs.isEmpty()) {
+            if (current && !belongTogether(*current, runs.front()))
+                ends.push_back(at);
+            current = runs.front();
+        }
         at = next;
     }
     ends.push_back(end);
@@ -170,9 +172,11 @@ void LineBreaker::shapeParagraph(const QString &text, qsizetype offset, const Fo
         const double left = line.naturalTextRect().left();
         const double baseline = line.y() + line.ascent();
         qsizetype begin = line.textStart();
-        for (const qsizetype end : fontBoundaries(line, clean)) {
+        for (const qsizetype end : pieceEnds(line, clean)) {
+            ShapedPiece piece {nullptr, offset + begin, std::min(offset + end, result.end), {}, {}, {}};
             for (const QGlyphRun &run : line.glyphRuns(int(begin), int(end - begin))) {
-                ShapedPiece piece {m_fonts.face(run.rawFont()), offset + begin, std::min(offset + end, result.end), {}, {}, {}};
+                if (!piece.face)
+                    piece.face = m_fonts.face(run.rawFont());
                 const QList<quint32> glyphs = run.glyphIndexes();
                 const QList<QPointF> positions = run.positions();
                 for (qsizetype g = 0; g < glyphs.size(); ++g) {
@@ -180,10 +184,10 @@ void LineBreaker::shapeParagraph(const QString &text, qsizetype offset, const Fo
                     piece.xOffsets.push_back(float((positions[g].x() - left) * twipsPerPixel));
                     piece.yOffsets.push_back(float((positions[g].y() - baseline) * twipsPerPixel));
                 }
-                result.pieces.push_back(std::move(piece));
-                // Two runs of one stretch differ only in direction: the letters belong to the first.
-                begin = end;
             }
+            if (piece.face)
+                result.pieces.push_back(std::move(piece));
+            begin = end;
         }
         m_lines.push_back(std::move(result));
     }

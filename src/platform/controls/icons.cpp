@@ -38,6 +38,10 @@ QIcon icon(const QString &name, const QPalette &palette)
             continue;
         icon.addPixmap(drawing);
         icon.addPixmap(faded(drawing), QIcon::Disabled);
+        const bool lightOnHighlight = palette.color(QPalette::HighlightedText).lightness() > 127;
+        const QPixmap selected((lightOnHighlight ? light : own).arg(size).arg(name));
+        if (!selected.isNull())
+            icon.addPixmap(selected, QIcon::Selected);
     }
     return icon;
 }
