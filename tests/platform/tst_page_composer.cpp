@@ -81,6 +81,7 @@ private Q_SLOTS:
     void narrowsWhatDoesNotFitAndSaysSo();
     void resetForgetsEverything();
     void refusesImpossibleFontSizes();
+    void headersTakeEveryScript();
     void anAbandonedDocumentIsNotWhole();
     void noColumnIsTooNarrowToEnd();
 };
@@ -417,6 +418,22 @@ void tst_page_composer::refusesImpossibleFontSizes()
         QVERIFY_EXCEPTION_THROWN(composer.setFontSize(size), ComposeError);
     composer.startDocument({});
     QVERIFY_EXCEPTION_THROWN(composer.addTable(u"abc|;", {}, u"x;", 0, 0, TableFlow::Starts), ComposeError);
+}
+
+void tst_page_composer::headersTakeEveryScript()
+{
+    const QString centre = QString::fromUtf8("\u75c5\u4eba \u0645\u0631\u062d\u0628\u0627");
+    Started composer;
+    composer.setHeader(QString(u"left|" + centre + u"|Page %d"));
+    composer.writeParagraph(u"x");
+    const DocumentPtr document = composer.endDocument();
+    const Page furniture = pageFurniture(*document, 0);
+    QCOMPARE(furniture.text, QString(u"left" + centre + u"Page 1"));
+    QVERIFY(!furniture.shaped.empty());
+    for (const ShapedGlyphs &shaped : furniture.shaped) {
+        QVERIFY(shaped.face < document->faces.size());
+        QVERIFY(std::ranges::none_of(shaped.glyphs, [](quint32 glyph) { return glyph == 0; }));
+    }
 }
 
 void tst_page_composer::anAbandonedDocumentIsNotWhole()

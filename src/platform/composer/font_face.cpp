@@ -30,13 +30,6 @@ QString sameWidthFamily(const QString &family)
     return !same.isEmpty() && QFontDatabase::hasFamily(same) ? same : family;
 }
 
-/// Whether two are the same font, whatever their sizes: fonts of Qt only equal themselves.
-bool isSameFont(const QRawFont &a, const QRawFont &b)
-{
-    return a.familyName() == b.familyName() && a.styleName() == b.styleName() && a.weight() == b.weight()
-        && a.style() == b.style();
-}
-
 bool isPlain(char16_t c)
 {
     return c >= 0x20 && !(c >= 0x7f && c < 0xa0) && QChar(c).category() != QChar::Mark_NonSpacing
@@ -44,6 +37,12 @@ bool isPlain(char16_t c)
 }
 
 } // namespace
+
+bool isSameFont(const QRawFont &a, const QRawFont &b)
+{
+    return a.familyName() == b.familyName() && a.styleName() == b.styleName() && a.weight() == b.weight()
+        && a.style() == b.style();
+}
 
 FontFace::FontFace(const QRawFont &font)
     : m_raw(atOnePixelPerUnit(font))
@@ -123,6 +122,11 @@ FontFacePtr FontLibrary::face(const QRawFont &font)
     }
     m_fallbacks.push_back(std::make_shared<const FontFace>(font));
     return m_fallbacks.back();
+}
+
+void FontLibrary::adopt(const std::vector<FontFacePtr> &faces)
+{
+    m_fallbacks.insert(m_fallbacks.end(), faces.begin(), faces.end());
 }
 
 QStringList FontLibrary::takeSubstitutions()

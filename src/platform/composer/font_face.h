@@ -69,6 +69,9 @@ private:
 
 using FontFacePtr = std::shared_ptr<const FontFace>;
 
+/// Whether two are the same font, whatever their sizes: fonts of Qt only equal themselves.
+bool isSameFont(const QRawFont &a, const QRawFont &b);
+
 /// Finds and keeps faces. Arial, Times New Roman and Courier New stand for the Liberation fonts,
 /// which have the same widths; any other family that is missing is substituted and remembered.
 class FontLibrary
@@ -77,6 +80,9 @@ public:
     FontFacePtr face(const QString &family, bool bold);
     /// The face of a font that the shaper fell back to.
     FontFacePtr face(const QRawFont &font);
+
+    /// Faces made elsewhere, to be found again when the shaper falls back to their fonts.
+    void adopt(const std::vector<FontFacePtr> &faces);
 
     /// One sentence for each family that was substituted since the last call.
     QStringList takeSubstitutions();

@@ -1,4 +1,4 @@
-#include "platform/composer/document.h"
+#include "platform/composer/line_breaker.h"
 
 #include <algorithm>
 #include <array>
@@ -17,63 +17,17 @@ constexpr Twips kRuleGap {60}; ///< between the rule and letters that come near 
 constexpr Twips kPartGap {200}; ///< between parts of one line
 constexpr QRgb kRuleColour = 0xffc8c8c8;
 constexpr double kShrink = 0.9;
+constexpr Twips kEndless {1 << 24}; ///< wider than any line
 
 enum class Edge { Top, Bottom };
 
-/// One of the three parts: its letters, where each of its lines begins and ends, how wide that is.
-struct PartLine {
-    qsizetype begin = 0;
-    qsizetype end = 0;
-    double width = 0; ///< twips
-};
-
+/// One of the three parts on its way onto the page.
 struct Part {
     QString text;
     quint16 style = 0;
     TextStyle look;
-    std::vector<PartLine> lines;
+    std::vector<Line> lines;
 };
-
-/// Width of a letter in font units; one that the font lacks is drawn as the font's box.
-double advanceOf(const FontFace &face, QChar c)
-{
-    const FontFace::Glyph glyph = face.plainGlyph(c.unicode() < 0x20 ? u' ' : c.unicode());
-    return glyph.index == 0 ? face.advance(0) : glyph.advance;
-}
-
-/// Breaks at blanks and line feeds, and inside a word that is wider than the line.
-std::vector<PartLine> breakPart(QStringView text, const FontFace &face, Twips size, double width)
-{
-    const double scale = double(size.count()) / face.unitsPerEm();
-    std::vector<PartLine> lines;
-    PartLine line;
-    PartLine atBlank; // the line as it stands if it is broken at its last blank
-    bool hasBlank = false;
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        const QChar c = text[at];
-        const double advance = advanceOf(face, c) * scale;
-        if (c == u'\n') {
-            lines.push_back(line);
-            line = {at + 1, at + 1, 0};
-            hasBlank = false;
-            continue;
-        }
-        if (c == u' ') {
-            atBlank = line;
-            hasBlank = line.end > line.begin;
-        } else if (line.width + advance > width && line.end > line.begin) {
-            lines.push_back(hasBlank ? atBlank : line);
-            at = hasBlank ? atBlank.end : at - 1;
-            line = {at + 1, at + 1, 0};
-            hasBlank = false;
-            continue;
-        }
-        line.end = at + 1;
-        line.width += advance;
-    }
-    lines.push_back(line);
-    return lines;
-}
 
 /// Header or footer on its way onto one page.
 class FurnitureLayout
@@ -84,6 +38,7 @@ public:
         , m_left(document.leftMargin.count())
         , m_width(std::max((document.paperWidth - document.leftMargin - document.rightMargin).count(), 1))
     {
+        m_fonts.adopt(document.faces);
         const QString number = QString::number(pageIndex + 1);
         const std::array texts {&furniture.left, &furniture.centre, &furniture.right};
         for (size_t i = 0; i < m_parts.size(); ++i) {
@@ -99,7 +54,7 @@ public:
 private:
     bool fit(double scale);
     bool fitsOnOneLine() const;
-    double shareOf(size_t part) const;
+    Twips shareOf(size_t part) const;
     double lineHeight(const Part &part) const;
     double inTwips(const Part &part, int units) const
     {
@@ -109,9 +64,10 @@ private:
     double edgeToBaseline() const { return std::max<double>(kFirstBaseline.count(), kUnprintable.count() + m_ascent); }
     Twips depth() const;
     void placePart(Page &page, const Part &part, size_t column, Edge edge);
-    double shiftOf(size_t column, double width) const;
 
     const Document &m_document;
+    FontLibrary m_fonts;
+    LineBreaker m_breaker {m_fonts};
     qint32 m_left;
     qint32 m_width;
     std::array<Part, 3> m_parts;
@@ -131,14 +87,14 @@ bool FurnitureLayout::fit(double scale)
         isSmallest = isSmallest && part.look.size.count() == 1;
         if (part.text.isEmpty())
             continue;
-        part.lines = breakPart(part.text, face(part), part.look.size, HUGE_VAL);
+        part.lines = m_breaker.breakLines(part.text, face(part), part.look.size, kEndless);
         m_ascent = std::max(m_ascent, inTwips(part, face(part).ascent()));
         m_descent = std::max(m_descent, inTwips(part, face(part).descent()));
     }
     if (!fitsOnOneLine()) {
         for (size_t i = 0; i < m_parts.size(); ++i) {
             if (!m_parts[i].text.isEmpty())
-                m_parts[i].lines = breakPart(m_parts[i].text, face(m_parts[i]), m_parts[i].look.size, shareOf(i));
+                m_parts[i].lines = m_breaker.breakLines(m_parts[i].text, face(m_parts[i]), m_parts[i].look.size, shareOf(i));
         }
     }
     return isSmallest || depth() + kRuleGap + kRuleThickness <= kBand;
@@ -148,7 +104,7 @@ bool FurnitureLayout::fitsOnOneLine() const
 {
     std::array<double, 3> widths {};
     for (size_t i = 0; i < m_parts.size(); ++i) {
-        for (const PartLine &line : m_parts[i].lines)
+        for (const Line &line : m_parts[i].lines)
             widths[i] = std::max(widths[i], line.width);
     }
     const auto [left, centre, right] = widths;
@@ -158,15 +114,15 @@ bool FurnitureLayout::fitsOnOneLine() const
 }
 
 /// The width that a part may fill: all of it alone, halves beside one another, thirds around a centre.
-double FurnitureLayout::shareOf(size_t part) const
+Twips FurnitureLayout::shareOf(size_t part) const
 {
     size_t others = 0;
     for (size_t i = 0; i < m_parts.size(); ++i)
         others += i != part && !m_parts[i].text.isEmpty() ? 1 : 0;
     if (others == 0)
-        return m_width;
+        return Twips(m_width);
     const int shares = m_parts[1].text.isEmpty() ? 2 : 3;
-    return std::max((m_width - (shares - 1) * kPartGap.count()) / double(shares), 1.0);
+    return std::max((Twips(m_width) - kPartGap * (shares - 1)) / shares, Twips(1));
 }
 
 double FurnitureLayout::lineHeight(const Part &part) const
@@ -199,8 +155,6 @@ void FurnitureLayout::place(Page &page, Edge edge)
 
 void FurnitureLayout::placePart(Page &page, const Part &part, size_t column, Edge edge)
 {
-    const auto base = quint32(page.text.size());
-    page.text += part.text;
     quint16 style = part.style;
     if (part.look != m_document.styles[part.style]) {
         style = quint16(m_document.styles.size() + page.ownStyles.size());
@@ -211,19 +165,13 @@ void FurnitureLayout::placePart(Page &page, const Part &part, size_t column, Edg
         ? edgeToBaseline()
         : m_document.paperHeight.count() - edgeToBaseline() + m_ascent - m_descent
             - (double(part.lines.size()) - 1) * lineHeight(part);
-    for (size_t i = 0; i < part.lines.size(); ++i) {
-        const PartLine &line = part.lines[i];
-        page.runs.push_back({m_left + qint32(std::lround(shiftOf(column, line.width))),
-            qint32(std::lround(first + double(i) * lineHeight(part))), base + quint32(line.begin),
-            quint32(line.end - line.begin), 0, style, quint16(column)});
-    }
-}
-
-double FurnitureLayout::shiftOf(size_t column, double width) const
-{
-    if (column == 0)
-        return 0;
-    return column == 1 ? (m_width - width) / 2 : m_width - width;
+    const auto faceIndex = [this](const FontFacePtr &wanted) {
+        const auto known = std::ranges::find(m_document.faces, wanted);
+        return quint16(known == m_document.faces.end() ? 0 : known - m_document.faces.begin());
+    };
+    placeLines(page, part.text, part.lines,
+        {Twips(m_left), Twips(m_width), Twips::rounded(first), Twips::rounded(lineHeight(part)), int(column), style, quint16(column)},
+        faceIndex);
 }
 
 void placeFurniture(Page &page, const Document &document, const Furniture &furniture, int pageIndex, Edge edge)

@@ -50,7 +50,7 @@ QFont fontOf(const FontFace &face)
 /// Whether two glyph runs may stand in one piece: the same font, set in the same direction.
 bool belongTogether(const QGlyphRun &a, const QGlyphRun &b)
 {
-    return a.rawFont() == b.rawFont() && a.isRightToLeft() == b.isRightToLeft();
+    return isSameFont(a.rawFont(), b.rawFont()) && a.isRightToLeft() == b.isRightToLeft();
 }
 
 /// Ends of the stretches of a line that one font serves in one direction, in letters of the shaped text.
@@ -195,7 +195,7 @@ void LineBreaker::shapeParagraph(const QString &text, qsizetype offset, const Fo
         m_lines.push_back({offset, offset, 0, {}});
 }
 
-void placeLines(Document &document, Page &page, QStringView text, std::span<const Line> lines, const LinePlacement &where)
+void placeLines(Page &page, QStringView text, std::span<const Line> lines, const LinePlacement &where, const FaceIndex &faceIndex)
 {
     if (lines.empty() || (lines.size() == 1 && lines[0].begin == lines[0].end))
         return;
@@ -213,7 +213,7 @@ void placeLines(Document &document, Page &page, QStringView text, std::span<cons
         for (const ShapedPiece &piece : line.pieces) {
             run.textStart = quint32(base + std::min(piece.begin, piece.end));
             run.textLength = quint32(std::max<qsizetype>(piece.end - piece.begin, 0));
-            page.shaped.push_back({faceIndex(document, piece.face), piece.glyphs, piece.xOffsets, piece.yOffsets});
+            page.shaped.push_back({faceIndex(piece.face), piece.glyphs, piece.xOffsets, piece.yOffsets});
             run.shaped = quint32(page.shaped.size());
             page.runs.push_back(run);
         }

@@ -2,6 +2,7 @@
 
 #include "platform/composer/document.h"
 
+#include <functional>
 #include <vector>
 
 namespace corvane {
@@ -59,7 +60,8 @@ struct LinePlacement {
     quint16 style = 0;
     quint16 column = 0;
 };
-void placeLines(Document &document, Page &page, QStringView text, std::span<const Line> lines, const LinePlacement &where);
+using FaceIndex = std::function<quint16(const FontFacePtr &)>; ///< of a face in Document::faces
+void placeLines(Page &page, QStringView text, std::span<const Line> lines, const LinePlacement &where, const FaceIndex &faceIndex);
 
 /// Index of the face in the document's table, added when new.
 quint16 faceIndex(Document &document, const FontFacePtr &face);

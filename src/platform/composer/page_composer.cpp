@@ -169,6 +169,11 @@ Furniture PageComposer::furniture(const QString &parts)
         return styleIndex(*m_document, {faceIndex(*m_document, face), Twips::fromPoints(m_headerFontSize), colour});
     };
     const QStringList texts = parts.split(u'|');
+    // Header and footer are laid out again for each page; every face that they need is listed here.
+    for (const Line &line : m_breaker.breakLines(parts, *face, Twips::fromPoints(m_headerFontSize), m_document->paperWidth)) {
+        for (const ShapedPiece &piece : line.pieces)
+            m_faceIndex(piece.face);
+    }
     return {texts.value(0), texts.value(1), texts.mid(2).join(u'|'), styled(kInk), styled(kQuietInk)};
 }
 
@@ -186,8 +191,8 @@ void PageComposer::writeParagraph(QStringView text)
         const size_t count = std::min(room, lines.size() - done);
         const Twips height = used.lineHeight * qint32(count);
         openBlock(BlockKind::Paragraph, 1, height, done > 0);
-        placeLines(*m_document, page(), text, std::span(lines).subspan(done, count),
-            {columnLeft() + indent, width, m_y + used.ascent, used.lineHeight, 0, used.style, 0});
+        placeLines(page(), text, std::span(lines).subspan(done, count),
+            {columnLeft() + indent, width, m_y + used.ascent, used.lineHeight, 0, used.style, 0}, m_faceIndex);
         m_y += height;
         done += count;
     }
@@ -449,9 +454,9 @@ void PageComposer::placeCells(const Format &format, const RowLook &look, size_t 
         const Twips padding = paddingOf(column);
         const std::span<const Line> lines(m_cellLines[i]);
         if (firstLine < lines.size()) {
-            placeLines(*m_document, page(), m_cells[i], lines.subspan(firstLine, std::min(lineCount, lines.size() - firstLine)),
+            placeLines(page(), m_cells[i], lines.subspan(firstLine, std::min(lineCount, lines.size() - firstLine)),
                 {left + padding, column.width - padding * 2, m_y + kRowPadding + used.ascent, used.lineHeight,
-                    int(column.alignment), used.style, quint16(i)});
+                    int(column.alignment), used.style, quint16(i)}, m_faceIndex);
         }
         left += column.width;
     }

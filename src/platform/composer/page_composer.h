@@ -132,6 +132,7 @@ private:
 
     FontLibrary m_fonts;
     LineBreaker m_breaker {m_fonts};
+    FaceIndex m_faceIndex = [this](const FontFacePtr &face) { return faceIndex(*m_document, face); };
 
     Orientation m_orientation = Orientation::Portrait;
     QString m_fontName;
