@@ -11,7 +11,7 @@ bool mayExport(Desktop &desktop, const DocumentPtr &document);
 
 /// Asks for a file name, writes the document there as PDF and opens it.
 /// Deliberate: the question comes before the write, "No" writes nothing, and a cancelled file dialog
-/// followed by "Yes" ends in the failure message; users of the earlier program know it so.
+/// followed by "Yes" ends in the failure message.
 void savepdf(Desktop &desktop, const DocumentPtr &document, const QString &programFolder);
 
 } // namespace corvane

@@ -12,7 +12,7 @@ namespace corvane {
 namespace {
 
 constexpr int kIconSize = 16;
-constexpr int kItemSpacing = 1;
+constexpr int kItemSpacing = 2;
 
 } // namespace
 

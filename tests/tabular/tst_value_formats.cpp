@@ -33,7 +33,7 @@ void tst_value_formats::minutesAsClock_data()
     row(720, "12:00 Noon");
     row(750, "12:30 PM");
     row(778, "12:58 PM");
-    row(779, "0:59 PM"); // kept as it always was
+    row(779, "0:59 PM"); // kept on purpose
     row(780, "1:00 PM");
     row(1439, "11:59 PM");
     row(1440, "12:00 Mid");
