@@ -1,5 +1,6 @@
 #include "dialogs/frm_def_dates.h"
 
+#include "platform/controls/control_names.h"
 #include "platform/controls/date_picker.h"
 #include "shared/date_range.h"
 
@@ -42,14 +43,10 @@ frmDefDates::frmDefDates(ReportHost &host, MessageBoxes &boxes, int dateOrder, s
 
 void frmDefDates::buildForm(int dateOrder)
 {
-    const auto name = [](QWidget *control, const char16_t *objectName, const QString &spoken) {
-        control->setObjectName(QString::fromUtf16(objectName));
-        control->setAccessibleName(spoken);
-    };
-    name(DateFrom, u"DateFrom", tr("Start date"));
-    name(DateTo, u"DateTo", tr("End date"));
-    name(Command1, u"Command1", tr("Ok"));
-    name(cmdcancel, u"cmdcancel", tr("Cancel"));
+    nameControl(DateFrom, QStringLiteral("DateFrom"), tr("Start date"));
+    nameControl(DateTo, QStringLiteral("DateTo"), tr("End date"));
+    nameControl(Command1, QStringLiteral("Command1"), tr("Ok"));
+    nameControl(cmdcancel, QStringLiteral("cmdcancel"), tr("Cancel"));
     DateFrom->setDateOrder(dateOrder);
     DateTo->setDateOrder(dateOrder);
     QFont heading = Label1->font();

@@ -1,5 +1,6 @@
 #include "shell/frm_reportr_logon.h"
 
+#include "platform/controls/control_names.h"
 #include "session/logon.h"
 #include "shared/reportr.h"
 #include "shell/logon_box.h"
@@ -56,17 +57,13 @@ void frmReportrLogon::Form_Load()
 
 void frmReportrLogon::buildForm()
 {
-    const auto name = [](QWidget *control, const char16_t *objectName, const QString &spoken) {
-        control->setObjectName(QString::fromUtf16(objectName));
-        control->setAccessibleName(spoken);
-    };
-    name(lblNotice, u"lblNotice", tr("Notice"));
-    name(txtuid, u"txtuid", tr("User ID"));
-    name(txtpw, u"txtpw", tr("Password"));
-    name(lblVersion, u"lblVersion", tr("Version"));
-    name(Check1, u"Check1", tr("Logon accepted"));
-    name(cmdok, u"cmdok", tr("Ok"));
-    name(cmdcancel, u"cmdcancel", tr("Cancel"));
+    nameControl(lblNotice, QStringLiteral("lblNotice"), tr("Notice"));
+    nameControl(txtuid, QStringLiteral("txtuid"), tr("User ID"));
+    nameControl(txtpw, QStringLiteral("txtpw"), tr("Password"));
+    nameControl(lblVersion, QStringLiteral("lblVersion"), tr("Version"));
+    nameControl(Check1, QStringLiteral("Check1"), tr("Logon accepted"));
+    nameControl(cmdok, QStringLiteral("cmdok"), tr("Ok"));
+    nameControl(cmdcancel, QStringLiteral("cmdcancel"), tr("Cancel"));
     Check1->hide(); // the form's result for its caller, nothing to click
     lblNotice->setTextFormat(Qt::PlainText);
     lblNotice->setWordWrap(true);
