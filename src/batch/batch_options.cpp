@@ -22,6 +22,7 @@ void addOptions(QCommandLineParser &parser)
     add(u"folder", u"DIR");
     add(u"user", u"ID");
     add(u"password-stdin", nullptr);
+    add(u"patient", u"ID");
     add(u"from", u"DATE");
     add(u"to", u"DATE");
     add(u"pdf", u"FILE");
@@ -61,6 +62,7 @@ std::variant<BatchOptions, UsageFault> parseBatchOptions(const QStringList &argu
     options.report = words[1];
     options.folder = parser.value(QStringLiteral("folder"));
     options.user = parser.value(QStringLiteral("user"));
+    options.patient = parser.value(QStringLiteral("patient"));
     options.passwordFromInput = parser.isSet(QStringLiteral("password-stdin"));
     options.pdfFile = parser.value(QStringLiteral("pdf"));
     options.textFile = parser.value(QStringLiteral("text"));
@@ -80,13 +82,14 @@ QString batchUsage()
 {
     return QStringLiteral(
         "corvane-batch run REPORT [--folder DIR] --user ID [--password-stdin] [RecSrcTrue]\n"
-        "    [--from DATE] [--to DATE] [--pdf FILE] [--text FILE] [--timings]\n"
+        "    [--from DATE] [--to DATE] [--patient ID] [--pdf FILE] [--text FILE] [--timings]\n"
         "\n"
         "REPORT     a name from the list of reports, or a path to a report file\n"
         "--folder   the program folder, which holds corvane.ini; default: the program's own\n"
         "--user     the user to log on; the password comes from standard input with\n"
         "           --password-stdin, else from the variable CORVANE_PASSWORD\n"
         "--from --to  the date range, yyyy-mm-dd or the system's short form; default: today\n"
+        "--patient  the patient's id, for a report that asks for one\n"
         "--pdf --text  the files to write\n"
         "--timings  one line with the stages' times on standard error\n"
         "\n"

@@ -16,6 +16,7 @@ struct BatchOptions {
     QString user;
     bool passwordFromInput = false;
     bool recSrcTrue = false;
+    QString patient; ///< id; empty: none named
     std::optional<QDate> from;
     std::optional<QDate> to;
     QString pdfFile;

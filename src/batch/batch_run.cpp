@@ -1,9 +1,13 @@
 #include "batch/batch_run.h"
 
 #include "batch/console_host.h"
+#include "definitions/report_kind.h"
+#include "definitions/tabular_definition.h"
+#include "platform/database/error.h"
 #include "platform/pdf/pdf_writer.h"
 #include "render/report_run.h"
 #include "session/logon.h"
+#include "session/patient_search.h"
 #include "session/report_list.h"
 #include "session/startup.h"
 #include "shared/dates.h"
@@ -90,7 +94,12 @@ public:
             return ExitStatus::NoConnection;
         if (!logOn(m_state, m_host, m_options.user, password))
             return ExitStatus::Refused;
-        const RunResult result = openReport();
+        const QString path = reportPath();
+        if (path.isEmpty())
+            return ExitStatus::ReportFailed;
+        if (const int status = takePatient(path); status != ExitStatus::Done)
+            return status;
+        const RunResult result = hasFolder(m_options.report) ? m_run.openReport(path) : m_run.openListed(path);
         if (result != RunResult::Done || !m_run.hasWholeDocument())
             return statusOf(result == RunResult::Done ? RunResult::Failed : result);
         for (const QString &note : m_run.document()->notes)
@@ -106,16 +115,36 @@ public:
     }
 
 private:
-    RunResult openReport()
+    /// The report's file; empty, and the user told, when the list has none of that name.
+    QString reportPath() const
     {
         if (hasFolder(m_options.report))
-            return m_run.openReport(QFileInfo(m_options.report).absoluteFilePath());
+            return QFileInfo(m_options.report).absoluteFilePath();
         const QString folder = reportFolder(m_state.programFolder);
         const QString path = listedReport(folder, m_options.report);
-        if (!path.isEmpty())
-            return m_run.openListed(path);
-        printError(QStringLiteral("There is no report \"%1\" in \"%2\".").arg(m_options.report, QDir::toNativeSeparators(folder)));
-        return RunResult::Failed;
+        if (path.isEmpty())
+            printError(QStringLiteral("There is no report \"%1\" in \"%2\".").arg(m_options.report, QDir::toNativeSeparators(folder)));
+        return path;
+    }
+
+    /// Answers the patient search before the run, so that nobody is asked in the middle of it.
+    int takePatient(const QString &path)
+    {
+        if (m_options.patient.isEmpty()) {
+            if (getReportType(path) != TabularReport || !TabularDefinition(path).getPatient())
+                return ExitStatus::Done;
+            printError(QStringLiteral("The report is for one patient: add --patient ID."));
+            return ExitStatus::Usage;
+        }
+        try {
+            if (choosePatient(m_state, m_options.patient))
+                return ExitStatus::Done;
+            printError(QStringLiteral("There is no patient \"%1\" that %2 may see.").arg(m_options.patient, m_options.user));
+            return ExitStatus::Refused;
+        } catch (const DatabaseError &error) {
+            printError(QStringLiteral("The patient \"%1\" cannot be looked up: %2").arg(m_options.patient, error.description()));
+            return ExitStatus::ReportFailed;
+        }
     }
 
     /// Empty when all files stand; otherwise none of them does, and the sentence says why.

@@ -29,6 +29,8 @@ public:
 
     /// The range was set when the report was opened, so the dialog's answer stands already.
     void askDateRange(ReportHost &) override { }
+    /// The patient was chosen before the report was opened.
+    void askPatient() override { }
 
 private:
     DateEntry entry(QDate date) const;

@@ -110,6 +110,8 @@ void ReportRun::writeHeadingLines(const TabularDefinition &definition)
     m_vp.setDateRange(range);
     m_vp.writeParagraph({});
     if (definition.getPatient()) {
+        if (m_host.promptParams)
+            m_dialogs.askPatient();
         m_vp.writeParagraph(QString(u"Patient: " + m_state.gPatientText));
         m_vp.writeParagraph({});
     }

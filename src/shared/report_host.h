@@ -64,6 +64,9 @@ public:
 
     /// The fixed date range: starts from the host's dates and writes confirmed ones back.
     virtual void askDateRange(ReportHost &host) = 0;
+
+    /// The patient search: leaves the chosen patient in gPatientID and gPatientText, empty when cancelled.
+    virtual void askPatient() = 0;
 };
 
 } // namespace corvane

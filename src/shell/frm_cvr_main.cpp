@@ -1,6 +1,7 @@
 #include "shell/frm_cvr_main.h"
 
 #include "dialogs/frm_def_dates.h"
+#include "dialogs/frmspatnt.h"
 #include "export/save_pdf.h"
 #include "platform/controls/date_field.h"
 #include "platform/controls/flood_panel.h"
@@ -33,7 +34,7 @@ const QString kTitle = QStringLiteral("Corvane");
 /// Features whose buttons stay off until they are part of the program.
 constexpr bool isThere(int button)
 {
-    return button != PatientButton && button != PropertiesButton && button != ExcelButton;
+    return button != PropertiesButton && button != ExcelButton;
 }
 
 } // namespace
@@ -54,6 +55,17 @@ frmCVRMain::frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLoc
     buildStatusBar();
     connectDates();
     resize(1240, 820);
+}
+
+/// Lets a dialog be answered, in the middle of a run too.
+template <typename Call>
+void frmCVRMain::withInput(Call call)
+{
+    const bool running = m_gate->isClosed();
+    m_gate->open();
+    call();
+    if (running)
+        m_gate->close();
 }
 
 bool frmCVRMain::Form_Load(const SingleInstance &instance)
@@ -135,6 +147,9 @@ void frmCVRMain::btnvp_Click(int index)
     case PdfButton:
         mnuAdobe_Click();
         break;
+    case PatientButton:
+        selectPatient();
+        break;
     case RefreshButton:
         runReportWith([&] { return m_run.runReport(); });
         break;
@@ -149,6 +164,13 @@ void frmCVRMain::changeDates()
     reRun = true;
     if (bDatesChanged)
         runReportWith([&] { return m_run.runReport(); });
+}
+
+void frmCVRMain::selectPatient()
+{
+    askPatient();
+    reRun = true;
+    runReportWith([&] { return m_run.runReport(); });
 }
 
 void frmCVRMain::mnuOpen_Click()
@@ -200,11 +222,8 @@ void frmCVRMain::showDocument()
 
 MessageAnswer frmCVRMain::message(const QString &text, int flags, const QString &title)
 {
-    const bool running = m_gate->isClosed();
-    m_gate->open();
-    const MessageAnswer answer = m_desktop.message(text, flags, title);
-    if (running)
-        m_gate->close();
+    MessageAnswer answer = MessageAnswer::Ok;
+    withInput([&] { answer = m_desktop.message(text, flags, title); });
     return answer;
 }
 
@@ -275,11 +294,12 @@ void frmCVRMain::resetDates()
 
 void frmCVRMain::askDateRange(ReportHost &host)
 {
-    const bool running = m_gate->isClosed();
-    m_gate->open();
-    frmDefDates(host, *this, m_state.gDateOrder, [this] { return m_clock().date(); }, this).exec();
-    if (running)
-        m_gate->close();
+    withInput([&] { frmDefDates(host, *this, m_state.gDateOrder, [this] { return m_clock().date(); }, this).exec(); });
+}
+
+void frmCVRMain::askPatient()
+{
+    withInput([&] { frmspatnt(m_state, *this, this).exec(); });
 }
 
 } // namespace corvane

@@ -52,6 +52,7 @@ public:
     void resetDates() override;
     QDateTime now() const override { return m_clock(); }
     void askDateRange(ReportHost &host) override;
+    void askPatient() override;
 
     /// What the run asked for, whether or not the button's own feature is there yet.
     bool isButtonWanted(int index) const { return m_wanted[size_t(index)]; }
@@ -73,11 +74,14 @@ private:
     void File1_Click(const QString &fileName);
     void btnvp_Click(int index);
     void changeDates();
+    void selectPatient();
     void mnuOpen_Click();
     void mnuAdobe_Click();
 
     template <typename Call>
     void runReportWith(Call call);
+    template <typename Call>
+    void withInput(Call call);
     void showDocument();
 
     Reportr &m_state;

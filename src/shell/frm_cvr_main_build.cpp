@@ -37,7 +37,7 @@ constexpr std::array<ToolButtonLook, kToolButtonCount> kLooks {{
         QT_TRANSLATE_NOOP("frmCVRMain", "Choose another range of dates and run the report again")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Save to PDF"), "pdf", QT_TRANSLATE_NOOP("frmCVRMain", "Save to PDF")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Select Patient"), "patient",
-        QT_TRANSLATE_NOOP("frmCVRMain", "Choosing a patient comes with a later version")},
+        QT_TRANSLATE_NOOP("frmCVRMain", "Choose another patient and run the report again")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Properties"), "properties",
         QT_TRANSLATE_NOOP("frmCVRMain", "Report properties come with a later version")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Refresh"), "refresh", QT_TRANSLATE_NOOP("frmCVRMain", "Run the report again")},

@@ -102,6 +102,9 @@ void tst_batch::endsWithTheRightStatus_data()
     row("no report by path", "run Data/../corvane.ini --user nora --text out.txt", 1, "");
     row("From after To", "run \"Daily schedule\" --user nora --from 2026-11-03 --to 2026-11-02 --text out.txt", 1,
         "Start Date must be earlier than End Date.");
+    row("a patient", "run \"Patient ledger\" --user nora --patient 1001 --text out.txt", 0, "");
+    row("a patient that nobody has", "run \"Patient ledger\" --user nora --patient 999999 --text out.txt", 3, "There is no patient \"999999\" that nora may see.");
+    row("a patient is missing", "run \"Patient ledger\" --user nora --text out.txt", 2, "add --patient ID");
     row("usage", "run --user nora", 2, "Name one report");
     row("no user", "run x", 2, "--user ID is missing");
     row("no command", "", 2, "command is missing");

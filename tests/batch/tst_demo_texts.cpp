@@ -56,7 +56,7 @@ void tst_demo_texts::reportsReadAsReviewed()
     batch.start(QStringLiteral(CORVANE_BATCH),
         {QStringLiteral("run"), report, QStringLiteral("--folder"), m_demo.path(), QStringLiteral("--user"), QStringLiteral("nora"),
             QStringLiteral("--from"), QStringLiteral("2026-10-01"), QStringLiteral("--to"), QStringLiteral("2026-11-30"),
-            QStringLiteral("--text"), text});
+            QStringLiteral("--patient"), QStringLiteral("1001"), QStringLiteral("--text"), text});
     QVERIFY(batch.waitForFinished(120'000));
     QCOMPARE(QString::fromUtf8(batch.readAllStandardError()), QString());
     QCOMPARE(batch.exitCode(), 0);

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void setsStatesForTheReport_data();
     void setsStatesForTheReport();
     void asksForDatesOnlyWhileOpening();
+    void asksForThePatientOnlyWhileOpening();
     void refusesDatesThatDoNotFit();
     void choosesTheDatabase();
     void aReportLooksTheSameWhateverRanBefore();
@@ -170,6 +171,20 @@ void tst_report_run::asksForDatesOnlyWhileOpening()
     QVERIFY(m_program->text().startsWith(QStringLiteral("Dates of Report: 11/01/2026 to 11/30/2026\n")));
     QCOMPARE(m_program->run.openReport(m_demo.report(QStringLiteral("test.rpt"))), RunResult::Done);
     QCOMPARE(m_program->host.rangeAsked, 2);
+}
+
+void tst_report_run::asksForThePatientOnlyWhileOpening()
+{
+    m_program->host.answerPatient = [&] {
+        m_program->state.gPatientID = QStringLiteral("1001");
+        m_program->state.gPatientText = QStringLiteral("Abbott, Ann G.");
+    };
+    QCOMPARE(m_program->run.openListed(m_demo.report(QStringLiteral("Patient visits.rpt"))), RunResult::Done);
+    QCOMPARE(m_program->host.patientAsked, 1);
+    QCOMPARE(m_program->host.rangeAsked, 1);
+    QVERIFY(m_program->run.dataControl().recordSource().contains(QStringLiteral("a.patient_id = '1001'")));
+    QCOMPARE(m_program->run.runReport(), RunResult::Done);
+    QCOMPARE(m_program->host.patientAsked, 1);
 }
 
 void tst_report_run::refusesDatesThatDoNotFit()

@@ -130,6 +130,7 @@ private Q_SLOTS:
     void runsAReportByClickAndByEnter();
     void asksForDatesAndChecksTheirOrder();
     void runsAgainWithOtherDates();
+    void asksForAPatient();
     void typedDatesMustBeWhole();
     void opensByPath();
     void savesAsPdf();
@@ -289,6 +290,38 @@ void tst_main_window::runsAgainWithOtherDates()
     QVERIFY(!program.button(RefreshButton)->isChecked());
 }
 
+void tst_main_window::asksForAPatient()
+{
+    const auto choose = [](const char *start) {
+        return [start](QDialog &dialog) {
+            type(child(dialog, "txtsearch"), start);
+            QTest::keyClick(child(dialog, "txtsearch"), Qt::Key_Return);
+            QTest::keyClick(child(dialog, "ctList1"), Qt::Key_Home);
+            click(child(dialog, "cmdselect"));
+        };
+    };
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.modal.drive(choose("Abb"));
+    program.clickReport(QStringLiteral("Patient ledger.rpt"));
+    const QString first = program.state.gPatientText;
+    QVERIFY(first.startsWith(QStringLiteral("Abbott, ")));
+    const auto text = [&] { return documentText(*program.preview()->document()); };
+    QVERIFY(text().contains(QString(u"Patient: " + first + u'\n')));
+    QCOMPARE(program.wanted(), QStringLiteral("0 2 3 4 5 6"));
+
+    program.modal.drive(choose("O'N"));
+    click(program.button(PatientButton));
+    QVERIFY(program.state.gPatientText.startsWith(QStringLiteral("O'Neill, ")));
+    QVERIFY(text().contains(QString(u"Patient: " + program.state.gPatientText + u'\n')));
+    QVERIFY(!text().contains(first));
+    QVERIFY(program.window->reRun);
+
+    program.modal.drive([](QDialog &dialog) { dialog.reject(); });
+    click(program.button(PatientButton));
+    QVERIFY(text().contains(QStringLiteral("Patient: \n"))); // nobody chosen: a report without rows
+}
+
 void tst_main_window::typedDatesMustBeWhole()
 {
     Program program(m_demo.path());
@@ -430,7 +463,7 @@ void tst_main_window::featuresToComeSayThatTheyAreOff()
     Program program(m_demo.path());
     QVERIFY(program.startLoggedOn());
     program.clickReport(QStringLiteral("Phone list.rpt"));
-    for (const int index : {int(PatientButton), int(PropertiesButton), int(ExcelButton)}) {
+    for (const int index : {int(PropertiesButton), int(ExcelButton)}) {
         QVERIFY(!program.button(index)->isEnabled());
         QVERIFY(program.button(index)->toolTip().contains(QStringLiteral("later version")));
     }

@@ -46,6 +46,13 @@ public:
             answerRange();
     }
 
+    void askPatient() override
+    {
+        ++patientAsked;
+        if (answerPatient)
+            answerPatient();
+    }
+
     /// Which of the seven buttons are on, as in "0 2 5".
     QString buttonsOn() const
     {
@@ -68,8 +75,10 @@ public:
     bool stop = false;
     int progress = -1;
     int rangeAsked = 0;
+    int patientAsked = 0;
     std::function<void(int)> onProgress;
     std::function<void()> answerRange;
+    std::function<void()> answerPatient;
 };
 
 } // namespace corvane::test
