@@ -37,6 +37,17 @@ constexpr bool isThere(int button)
     return button != PropertiesButton && button != ExcelButton;
 }
 
+QString counted(qint64 count, const QString &one, const QString &many)
+{
+    return QLocale().toString(count) + u' ' + (count == 1 ? one : many);
+}
+
+QString summaryOf(qint64 pages, qint64 rows)
+{
+    return counted(pages, QStringLiteral("page"), QStringLiteral("pages")) + QStringLiteral(" \u00b7 ")
+        + counted(rows, QStringLiteral("row"), QStringLiteral("rows"));
+}
+
 } // namespace
 
 frmCVRMain::frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLocale &locale)
@@ -196,6 +207,8 @@ void frmCVRMain::runReportWith(Call call)
     if (m_gate->isClosed())
         return;
     vp->setDocument(nullptr);
+    m_summary->clear();
+    m_notes->clear();
     m_gate->takeEscape();
     m_gate->close();
     const RunResult result = call();
@@ -211,10 +224,7 @@ void frmCVRMain::showDocument()
 {
     const DocumentPtr &document = m_run.document();
     vp->setDocument(document);
-    const QLocale locale;
-    m_summary->setText(document ? tr("%1 pages · %2 rows")
-                                      .arg(locale.toString(document->pageCount()), locale.toString(m_run.timings().rows))
-                                : QString());
+    m_summary->setText(document ? summaryOf(document->pageCount(), m_run.timings().rows) : QString());
     const QStringList notes = document ? document->notes : QStringList();
     m_notes->setText(notes.isEmpty() ? QString() : notes.size() == 1 ? notes.front() : tr("%1 notes: %2").arg(notes.size()).arg(notes.front()));
     m_notes->setToolTip(notes.join(u'\n'));
