@@ -2,13 +2,14 @@
 
 #include "bench_clinic.h"
 #include "limit.h"
+#include "list_bench.h"
 
 #include <QtCore/QCommandLineParser>
-#include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QProcess>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
+#include <QtWidgets/QApplication>
 
 #include <algorithm>
 #include <cstdio>
@@ -87,16 +88,20 @@ bool measure(int rows, int rounds)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
     QCommandLineParser parser;
     parser.addHelpOption();
     const QCommandLineOption most(QStringLiteral("rows"), QStringLiteral("The largest number of rows."), QStringLiteral("N"),
         QStringLiteral("1000000"));
     const QCommandLineOption rounds(QStringLiteral("rounds"), QStringLiteral("Rounds per size; the best counts."),
         QStringLiteral("N"), QStringLiteral("5"));
-    parser.addOptions({most, rounds});
+    const QCommandLineOption lists(QStringLiteral("lists"), QStringLiteral("Time the filling of a list of 200,000 rows only."));
+    parser.addOptions({most, rounds, lists});
     parser.process(application);
 
+    if (parser.isSet(lists))
+        return bench::measureLists(200'000, parser.value(rounds).toInt()) ? 0 : 1;
     std::printf("Every stage as a ratio to the limit program of the same run, best of %s.\n\n", qPrintable(parser.value(rounds)));
     std::printf("     rows   pages limit ms |  fetch  compose   both |    PDF  whole | peak MiB\n");
     for (const int rows : {10'000, 100'000, 1'000'000}) {

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace corvane::bench {
+
+/// Fills the patient list with `rows` patients and prints the time as a ratio to stepping through the same
+/// query with the embedded library alone, and the memory that the list took.
+bool measureLists(int rows, int rounds);
+
+} // namespace corvane::bench
