@@ -162,6 +162,7 @@ void tst_rptr_dates::okStartsByTheRule_data()
     QTest::newRow("no first default") << withFields("2|0|l|a|b||Now()") << false;
     QTest::newRow("no second default") << withFields("2|0|l|a|b|Now()|") << false;
     QTest::newRow("the only default") << withFields("1|0|l|a|b|Now()|") << true;
+    QTest::newRow("no default at all") << withFields("2|0|l|a|b||") << false;
     QTest::newRow("a default that is no date") << withFields("1|0|l|a|b|NOW()|Now()") << false;
 }
 
