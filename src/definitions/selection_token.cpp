@@ -143,8 +143,8 @@ QString selectionRefusal(const SelectionToken &token, const SelectionAnswers &an
 {
     if (incomplete.isEmpty() || !answers.all || token.mode != SelectionMode::SeveralJoined)
         return {};
-    return QStringLiteral("All records cannot be selected, because their list is incomplete: %1 "
-        "Select some of them, or run the report again.").arg(incomplete);
+    return QStringLiteral("All records cannot be selected, because their list is incomplete. "
+        "Select some of them, or cancel and run the report again. Cause: %1").arg(incomplete);
 }
 
 SelectionResult applySelection(const QString &request, const SelectionToken &token, const SelectionAnswers &answers)
