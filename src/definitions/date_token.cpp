@@ -98,7 +98,7 @@ QString textOf(const std::optional<QDate> &date, DateOrder order)
 
 } // namespace
 
-DateToken parseRequest(const QString &sql)
+DateToken DateToken::parseRequest(const QString &sql)
 {
     const qsizetype begin = sql.indexOf(kLongToken);
     if (begin < 0)
@@ -155,7 +155,7 @@ std::optional<QString> orderFault(const DateToken &token, const DateAnswers &ans
 
 QString applyDates(const QString &sql, const DateAnswers &answers, DateOrder order)
 {
-    const DateToken token = parseRequest(sql);
+    const DateToken token = DateToken::parseRequest(sql);
     const QString first = u'\'' + textOf(answers.first, order) + u'\'';
     // Deliberate: "{DATE*2}" is replaced for a single date too, by the default of the date not
     // asked for or ''.

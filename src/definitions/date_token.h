@@ -22,6 +22,12 @@ struct DateToken
     std::array<QString, 2> defaults; ///< a date, "Now()", or anything else for none
 
     bool asksForTwo() const { return dateCount >= 2; }
+
+    /// Reads the first long date token of a query text; more than eight fields are let pass.
+    /// @throws RunTimeFault InvalidArgument: no such token or no closing brace; IndexOutOfRange: fields
+    /// missing; TypeMismatch, Overflow: count or check is no whole number of 32 bits. Each names the
+    /// token and its place.
+    static DateToken parseRequest(const QString &sql);
 };
 
 /// What the user answered. The second one exists for a single date too: its default, which
@@ -37,12 +43,6 @@ struct DateAnswers
 /// Pairs of token and date text for sub-reports: column 0 the token, column 1 the date as it was
 /// shown. Deliberate: row 2 and column 2 stay empty; those who walk the table count on three rows.
 using DateParamTable = std::array<std::array<QString, 3>, 3>;
-
-/// Reads the first long date token of a query text; more than eight fields are let pass.
-/// @throws RunTimeFault InvalidArgument: no such token or no closing brace; IndexOutOfRange: fields
-/// missing; TypeMismatch, Overflow: count or check is no whole number of 32 bits. Each names the
-/// token and its place.
-DateToken parseRequest(const QString &sql);
 
 /// What a default field puts into a date picker: a date as it stands, today for "Now()", otherwise
 /// nothing.

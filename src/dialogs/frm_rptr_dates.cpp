@@ -109,7 +109,7 @@ void frmRptrDates::Form_Load()
 {
     m_table.reset();
     ResultSQL.clear();
-    m_token = parseRequest(RequestSQL);
+    m_token = DateToken::parseRequest(RequestSQL);
     Reconfigure_Form();
 }
 

@@ -51,7 +51,7 @@ void tst_date_token::readsTheFirstToken()
     const QString sql = QStringLiteral(
         "AB {DATE*1| 2 |1|  Both days count | First: | Last:|1/2/2026 | Now() |more}"
         " {DATE*1|1|0|x|y|z|a|b}");
-    const DateToken read = parseRequest(sql);
+    const DateToken read = DateToken::parseRequest(sql);
     QCOMPARE(read.tokenStart, 4);
     QCOMPARE(read.tokenEnd, int(sql.indexOf(u'}')) + 1);
     QCOMPARE(read.dateCount, 2);
@@ -84,7 +84,7 @@ void tst_date_token::readsCountAndCheck_data()
 void tst_date_token::readsCountAndCheck()
 {
     QFETCH(QString, sql);
-    const DateToken read = parseRequest(sql);
+    const DateToken read = DateToken::parseRequest(sql);
     QTEST(read.dateCount, "count");
     QTEST(read.checkOrder, "check");
     QTEST(read.asksForTwo(), "two");
@@ -168,7 +168,7 @@ void tst_date_token::refusesBadTokens()
         }
         return QString();
     };
-    QTEST(faultOf([&] { parseRequest(sql); }), "fault");
+    QTEST(faultOf([&] { DateToken::parseRequest(sql); }), "fault");
     QTEST(faultOf([&] { applyDates(sql, {}, DateOrder::MonthDayYear); }), "fault");
 }
 
@@ -266,7 +266,7 @@ void tst_date_token::checksTheOrder()
     QFETCH(QString, sql);
     QFETCH(QString, first);
     QFETCH(QString, second);
-    QTEST(orderFault(parseRequest(sql), answered(first, second)).value_or(QString()), "fault");
+    QTEST(orderFault(DateToken::parseRequest(sql), answered(first, second)).value_or(QString()), "fault");
 }
 
 void tst_date_token::putsDatesIntoTheText_data()
