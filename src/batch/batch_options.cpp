@@ -25,6 +25,10 @@ void addOptions(QCommandLineParser &parser)
     add(u"patient", u"ID");
     add(u"from", u"DATE");
     add(u"to", u"DATE");
+    add(u"date1", u"DATE");
+    add(u"date2", u"DATE");
+    add(u"select", u"VALUE");
+    add(u"select-all", nullptr);
     add(u"pdf", u"FILE");
     add(u"text", u"FILE");
     add(u"timings", nullptr);
@@ -71,7 +75,12 @@ std::variant<BatchOptions, UsageFault> parseBatchOptions(const QStringList &argu
         return UsageFault {QStringLiteral("--user ID is missing.")};
     if (!options.pdfFile.isEmpty() && options.pdfFile == options.textFile)
         return UsageFault {QStringLiteral("--pdf and --text name the same file.")};
-    for (const auto &[name, date] : {std::pair(QStringLiteral("from"), &options.from), {QStringLiteral("to"), &options.to}}) {
+    options.select = parser.values(QStringLiteral("select"));
+    options.selectAll = parser.isSet(QStringLiteral("select-all"));
+    if (options.selectAll && !options.select.isEmpty())
+        return UsageFault {QStringLiteral("--select and --select-all exclude each other.")};
+    for (const auto &[name, date] : {std::pair(QStringLiteral("from"), &options.from), {QStringLiteral("to"), &options.to},
+             {QStringLiteral("date1"), &options.date1}, {QStringLiteral("date2"), &options.date2}}) {
         if (const QString fault = readDate(parser, name, dateOrder, *date); !fault.isEmpty())
             return UsageFault {fault};
     }
@@ -82,7 +91,9 @@ QString batchUsage()
 {
     return QStringLiteral(
         "corvane-batch run REPORT [--folder DIR] --user ID [--password-stdin] [RecSrcTrue]\n"
-        "    [--from DATE] [--to DATE] [--patient ID] [--pdf FILE] [--text FILE] [--timings]\n"
+        "    [--from DATE] [--to DATE] [--patient ID]\n"
+        "    [--date1 DATE] [--date2 DATE] [--select VALUE]... | --select-all\n"
+        "    [--pdf FILE] [--text FILE] [--timings]\n"
         "\n"
         "REPORT     a name from the list of reports, or a path to a report file\n"
         "--folder   the program folder, which holds corvane.ini; default: the program's own\n"
@@ -90,6 +101,8 @@ QString batchUsage()
         "           --password-stdin, else from the variable CORVANE_PASSWORD\n"
         "--from --to  the date range, yyyy-mm-dd or the system's short form; default: today\n"
         "--patient  the patient's id, for a report that asks for one\n"
+        "--date1 --date2 --select --select-all  answers to a report's own date and\n"
+        "           selection questions; default of the dates: the report's own\n"
         "--pdf --text  the files to write\n"
         "--timings  one line with the stages' times on standard error\n"
         "\n"

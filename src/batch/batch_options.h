@@ -19,6 +19,10 @@ struct BatchOptions {
     QString patient; ///< id; empty: none named
     std::optional<QDate> from;
     std::optional<QDate> to;
+    std::optional<QDate> date1; ///< answers to a date token
+    std::optional<QDate> date2;
+    QStringList select; ///< hidden values chosen from a selection's list
+    bool selectAll = false;
     QString pdfFile;
     QString textFile;
     bool timings = false;

@@ -17,7 +17,7 @@ private Q_SLOTS:
 
 void tst_batch_options::readsTheCommandLine()
 {
-    const QStringList arguments = QStringLiteral("corvane-batch run Daily.rpt --folder F --user nora --password-stdin RecSrcTrue "
+    const QStringList arguments = QStringLiteral("corvane-batch run Daily.rpt --folder F --user nora --password-stdin RecSrcTrue --date1 2026-01-01 --select 7 --select 9 "
                                                  "--from 2026-11-01 --to 11/30/2026 --pdf a.pdf --text=a.txt --timings")
                                       .split(u' ');
     const auto parsed = parseBatchOptions(arguments, 0);
@@ -29,6 +29,9 @@ void tst_batch_options::readsTheCommandLine()
     QVERIFY(options->passwordFromInput && options->recSrcTrue && options->timings);
     QCOMPARE(options->from, QDate(2026, 11, 1));
     QCOMPARE(options->to, QDate(2026, 11, 30));
+    QCOMPARE(options->date1, QDate(2026, 1, 1));
+    QVERIFY(!options->date2 && !options->selectAll);
+    QCOMPARE(options->select, QStringList({QStringLiteral("7"), QStringLiteral("9")}));
     QCOMPARE(options->pdfFile, QStringLiteral("a.pdf"));
     QCOMPARE(options->textFile, QStringLiteral("a.txt"));
 }
@@ -47,6 +50,8 @@ void tst_batch_options::namesWhatIsWrong_data()
     row("b run a --user u --from 2026-02-30", "--from \"2026-02-30\" is no date");
     row("b run a --user u --to tomorrow", "--to \"tomorrow\" is no date");
     row("b run a --user u --pdf x --text x", "the same file");
+    row("b run a --user u --date1 never", "--date1 \"never\" is no date");
+    row("b run a --user u --select x --select-all", "exclude each other");
     row("b run a --user", "user");
 }
 
