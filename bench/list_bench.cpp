@@ -1,5 +1,7 @@
 #include "list_bench.h"
 
+#include "definitions/selection_token_list.h"
+#include "dialogs/frm_rptr_select.h"
 #include "dialogs/frmspatnt.h"
 #include "platform/controls/record_list.h"
 #include "session/patient_search.h"
@@ -52,7 +54,7 @@ double stepThrough(const QString &file, const QByteArray &sql)
     sqlite3_prepare_v2(database, sql.constData(), -1, &statement, nullptr);
     size_t bytes = 0;
     while (sqlite3_step(statement) == SQLITE_ROW) {
-        for (int column = 0; column < 6; ++column) {
+        for (int column = 0; column < sqlite3_column_count(statement); ++column) {
             if (sqlite3_column_text(statement, column))
                 bytes += size_t(sqlite3_column_bytes(statement, column));
         }
@@ -72,6 +74,37 @@ double residentMiB()
     return status.readAll().split(' ').value(1).toDouble() * 4096 / (1 << 20);
 }
 
+/// The best time and the largest growth of memory over several fillings.
+struct Filling {
+    double ms = std::numeric_limits<double>::max();
+    double memoryMiB = 0;
+
+    template <typename Fill>
+    void measure(Fill fill)
+    {
+        const double before = residentMiB();
+        QElapsedTimer timer;
+        timer.start();
+        fill();
+        ms = std::min(ms, double(timer.nsecsElapsed()) / 1e6);
+        memoryMiB = std::max(memoryMiB, residentMiB() - before);
+    }
+};
+
+template <typename Round>
+bool measureOne(const char *name, const QString &file, const QByteArray &sql, int rounds, Round round)
+{
+    double bare = std::numeric_limits<double>::max();
+    Filling filling;
+    for (int i = 0; i < rounds; ++i) {
+        bare = std::min(bare, stepThrough(file, sql));
+        if (!round(filling))
+            return false;
+    }
+    std::printf("%s: %.2f times stepping through the query alone, %.0f MiB\n", name, filling.ms / bare, filling.memoryMiB);
+    return true;
+}
+
 } // namespace
 
 bool measureLists(int rows, int rounds)
@@ -85,27 +118,26 @@ bool measureLists(int rows, int rounds)
     state.gConnectString = QStringLiteral("Data Source=sqlite:Data;Initial Catalog=Bench");
     state.gAccessType = 1;
     state.openConn(state.gConnectString);
-    const QString sql = *patientQuery(ByLastName, QStringLiteral("%"), 1, {});
     Silent boxes;
-    double bare = std::numeric_limits<double>::max();
-    double list = bare;
-    double memory = 0;
-    for (int round = 0; round < rounds; ++round) {
-        bare = std::min(bare, stepThrough(file, sql.toUtf8()));
+
+    const auto patients = [&](Filling &filling) {
         frmspatnt form(state, boxes, nullptr);
         form.show();
         form.findChild<QLineEdit *>(QStringLiteral("txtsearch"))->setText(QStringLiteral("%"));
-        const double before = residentMiB();
-        QElapsedTimer timer;
-        timer.start();
-        form.findChild<QPushButton *>(QStringLiteral("cmdsearch"))->click();
-        list = std::min(list, double(timer.nsecsElapsed()) / 1e6);
-        memory = std::max(memory, residentMiB() - before);
-        if (form.findChild<RecordList *>()->model().rowCount() != rows)
-            return false;
-    }
-    std::printf("patient list, %d rows: %.2f times stepping through the query alone, %.0f MiB\n", rows, list / bare, memory);
-    return true;
+        filling.measure([&] { form.findChild<QPushButton *>(QStringLiteral("cmdsearch"))->click(); });
+        return form.findChild<RecordList *>()->model().rowCount() == rows;
+    };
+    const auto selection = [&](Filling &filling) {
+        frmRptrSelect form(*state.gConn, boxes, {}, nullptr);
+        form.RequestSQL = QStringLiteral("id IN {*SQL01*}acctnbr|id|patient_info||Patients|1|0|{*/SQL*}");
+        form.show();
+        filling.measure([&] { form.load(); });
+        return form.findChild<RecordList *>()->model().rowCount() == rows;
+    };
+    const QByteArray selectionQuery = selectionListQuery(
+        SelectionToken::parseRequest(QStringLiteral("{*SQL01*}acctnbr|id|patient_info||Patients|1|0|{*/SQL*}"))).toUtf8();
+    return measureOne("patient list", file, patientQuery(ByLastName, QStringLiteral("%"), 1, {})->toUtf8(), rounds, patients)
+        && measureOne("selection list", file, selectionQuery, rounds, selection);
 }
 
 } // namespace corvane::bench
