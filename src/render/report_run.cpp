@@ -93,6 +93,7 @@ RunResult ReportRun::runReport()
             return RunResult::NotRun;
         }
     }
+    m_host.clearPreview();
     m_document.reset();
     m_vp.reset();
     m_adodc1.clear();

@@ -29,6 +29,8 @@ class ReportHost : public MessageBoxes
 public:
     virtual void enableButton(int index, bool enabled) = 0;
     virtual void enableMenu(ReportMenu menu, bool enabled) = 0;
+    /// A run begins: the document shown so far is gone.
+    virtual void clearPreview() { }
     virtual void showHourglass(bool on) = 0;
     /// The flood panel's fill, 0 to 100; also the moment to repaint and to look for Escape.
     virtual void showProgress(int percent) = 0;

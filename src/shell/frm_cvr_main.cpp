@@ -206,9 +206,6 @@ void frmCVRMain::runReportWith(Call call)
 {
     if (m_gate->isClosed())
         return;
-    vp->setDocument(nullptr);
-    m_summary->clear();
-    m_notes->clear();
     m_gate->takeEscape();
     m_gate->close();
     const RunResult result = call();
@@ -223,7 +220,8 @@ void frmCVRMain::runReportWith(Call call)
 void frmCVRMain::showDocument()
 {
     const DocumentPtr &document = m_run.document();
-    vp->setDocument(document);
+    if (document != vp->document())
+        vp->setDocument(document);
     m_summary->setText(document ? summaryOf(document->pageCount(), m_run.timings().rows) : QString());
     const QStringList notes = document ? document->notes : QStringList();
     m_notes->setText(notes.isEmpty() ? QString() : notes.size() == 1 ? notes.front() : tr("%1 notes: %2").arg(notes.size()).arg(notes.front()));
@@ -253,6 +251,13 @@ void frmCVRMain::enableMenu(ReportMenu menu, bool enabled)
     case ReportMenu::mnuFProps:
         break; // off until printing and properties are part of the program
     }
+}
+
+void frmCVRMain::clearPreview()
+{
+    vp->setDocument(nullptr);
+    m_summary->clear();
+    m_notes->clear();
 }
 
 void frmCVRMain::showHourglass(bool on)

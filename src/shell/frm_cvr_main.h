@@ -43,6 +43,7 @@ public:
     MessageAnswer message(const QString &text, int flags, const QString &title) override;
     void enableButton(int index, bool enabled) override;
     void enableMenu(ReportMenu menu, bool enabled) override;
+    void clearPreview() override;
     void showHourglass(bool on) override;
     void showProgress(int percent) override;
     bool stopRequested() override;
