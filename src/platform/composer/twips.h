@@ -21,7 +21,7 @@ public:
     constexpr qint32 count() const { return m_count; }
     constexpr double points() const { return m_count / 20.0; }
 
-    constexpr auto operator<=>(const Twips &) const = default;
+    constexpr auto operator<=>(const Twips &) const = default; // NOLINT(modernize-use-nullptr): clang-tidy 14 misreads it
     constexpr Twips operator-() const { return Twips(-m_count); }
     constexpr Twips &operator+=(Twips other) { m_count += other.m_count; return *this; }
     constexpr Twips &operator-=(Twips other) { m_count -= other.m_count; return *this; }

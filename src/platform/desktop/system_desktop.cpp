@@ -35,7 +35,7 @@ QMessageBox::Icon iconOf(int flags)
 }
 
 /// "*.pdf", ".pdf" and "pdf" all mean "pdf".
-QString suffixOf(QString extension)
+QString suffixOf(const QString &extension)
 {
     return extension.sliced(extension.lastIndexOf(u'.') + 1);
 }
@@ -91,7 +91,7 @@ QString SystemDesktop::saveFile(const SaveFileRequest &request)
     dialog.setDefaultSuffix(suffixOf(request.defaultExtension));
     setUp(dialog, request.initialFolder, request.filter);
     while (dialog.exec() == QDialog::Accepted) {
-        const QString path = firstFile(dialog);
+        QString path = firstFile(dialog);
         const QDir folder = QFileInfo(path).absoluteDir();
         if (folder.exists())
             return path;
