@@ -173,7 +173,7 @@ bool PageComposer::drawSingleLineRow(const Format &format, const RowLook &look)
         const ColumnFormat &column = format.columns[i];
         const qint32 padding = paddingOf(column).count();
         if (!m_cells[i].isEmpty()) {
-            const qint32 width = qint32(m_cellUnits[i] / unitsPerTwip + 0.5);
+            const qint32 width = Twips::rounded(double(m_cellUnits[i]) / unitsPerTwip).count();
             const qint32 slack = column.width.count() - padding * 2 - width;
             const qint32 shift = column.alignment == Alignment::Left ? 0
                 : column.alignment == Alignment::Right               ? slack

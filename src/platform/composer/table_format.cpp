@@ -1,5 +1,7 @@
 #include "platform/composer/table_format.h"
 
+#include <QtCore/QList>
+
 namespace corvane {
 
 namespace {
