@@ -52,11 +52,6 @@ bool hasFolder(const QString &report)
     return report.contains(u'/') || report.contains(QDir::separator());
 }
 
-int statusOf(RunResult result)
-{
-    return result == RunResult::Done ? ExitStatus::Done : ExitStatus::ReportFailed;
-}
-
 /// Writes the document page by page; nothing stands under the name until commit().
 QString writeText(const Document &document, QSaveFile &file)
 {
@@ -101,7 +96,7 @@ public:
             return status;
         const RunResult result = hasFolder(m_options.report) ? m_run.openReport(path) : m_run.openListed(path);
         if (result != RunResult::Done || !m_run.hasWholeDocument())
-            return statusOf(result == RunResult::Done ? RunResult::Failed : result);
+            return ExitStatus::ReportFailed;
         for (const QString &note : m_run.document()->notes)
             printError(note);
         const QString fault = writeFiles();

@@ -9,9 +9,6 @@
 
 namespace corvane {
 
-/// The title of message boxes that name none.
-inline constexpr auto kProgramName = QLatin1StringView("Corvane Reporter");
-
 /// The module state that forms and reports share: one for the whole program, handed down from main().
 struct Reportr {
     std::unique_ptr<Connection> gConn; ///< the one open connection; null while closed

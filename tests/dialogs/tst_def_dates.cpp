@@ -2,6 +2,7 @@
 #include "platform/controls/date_picker.h"
 #include "support/recording_host.h"
 #include "support/suite.h"
+#include "support/typing.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QPushButton>
@@ -30,14 +31,6 @@ struct Opened {
     test::RecordingHost host;
     frmDefDates form;
 };
-
-void type(QWidget *field, const QString &digits)
-{
-    field->setFocus();
-    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(field, Qt::Key_Delete);
-    QTest::keyClicks(field, digits);
-}
 
 } // namespace
 
@@ -81,8 +74,8 @@ void tst_def_dates::acceptsARangeInOrder()
     QFETCH(QString, to);
     QFETCH(bool, accepted);
     Opened opened;
-    type(opened.from(), from);
-    type(opened.to(), to);
+    test::typeInto(opened.from(), from);
+    test::typeInto(opened.to(), to);
     QTest::keyClick(opened.to(), Qt::Key_Return);
     QCOMPARE(opened.form.isVisible(), !accepted);
     if (accepted) {
@@ -99,15 +92,15 @@ void tst_def_dates::acceptsARangeInOrder()
 void tst_def_dates::okNeedsTwoDates()
 {
     Opened opened;
-    type(opened.from(), {});
+    test::typeInto(opened.from(), {});
     QVERIFY(!opened.ok()->isEnabled());
-    type(opened.from(), QStringLiteral("1130"));
+    test::typeInto(opened.from(), QStringLiteral("1130"));
     QVERIFY(!opened.ok()->isEnabled());
-    type(opened.from(), QStringLiteral("02302026"));
+    test::typeInto(opened.from(), QStringLiteral("02302026"));
     QVERIFY(!opened.ok()->isEnabled());
-    type(opened.from(), QStringLiteral("11012026"));
+    test::typeInto(opened.from(), QStringLiteral("11012026"));
     QVERIFY(opened.ok()->isEnabled());
-    type(opened.to(), {});
+    test::typeInto(opened.to(), {});
     QVERIFY(!opened.ok()->isEnabled());
 }
 
@@ -115,7 +108,7 @@ void tst_def_dates::cancelWritesNothing()
 {
     for (const bool byKey : {true, false}) {
         Opened opened;
-        type(opened.from(), QStringLiteral("01012026"));
+        test::typeInto(opened.from(), QStringLiteral("01012026"));
         if (byKey)
             QTest::keyClick(opened.from(), Qt::Key_Escape);
         else
@@ -130,7 +123,7 @@ void tst_def_dates::followsTheDateOrder()
 {
     Opened opened(2);
     QCOMPARE(opened.from()->text(), QStringLiteral("2026/11/02"));
-    type(opened.from(), QStringLiteral("20261101"));
+    test::typeInto(opened.from(), QStringLiteral("20261101"));
     QCOMPARE(opened.from()->date(), QDate(2026, 11, 1));
 }
 

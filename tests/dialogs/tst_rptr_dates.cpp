@@ -3,6 +3,7 @@
 #include "shared/run_time_fault.h"
 #include "support/recording_host.h"
 #include "support/suite.h"
+#include "support/typing.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QLabel>
@@ -52,14 +53,6 @@ struct Opened
     std::optional<DateParamTable> table;
     frmRptrDates form;
 };
-
-void type(QWidget *field, const QString &digits)
-{
-    field->setFocus();
-    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(field, Qt::Key_Delete);
-    QTest::keyClicks(field, digits);
-}
 
 } // namespace
 
@@ -132,7 +125,7 @@ void tst_rptr_dates::followsTheDateOrder()
 {
     Opened opened(kRange, 1);
     QCOMPARE(opened.first()->date(), QDate(2026, 1, 11));
-    type(opened.first(), QStringLiteral("01022026"));
+    test::typeInto(opened.first(), QStringLiteral("01022026"));
     QTest::keyClick(opened.first(), Qt::Key_Return);
     QCOMPARE(opened.form.ResultSQL, QStringLiteral("D >= '01/02/2026' AND D < '02/11/2026'"));
     QCOMPARE(opened.form.answers(), (DateAnswers{QDate(2026, 2, 1), kToday}));
@@ -144,12 +137,12 @@ void tst_rptr_dates::okFollowsTheDates()
     QVERIFY(opened.ok()->isEnabled());
     for (DatePicker *picker : {opened.first(), opened.second()}) {
         for (const auto typed : {u"", u"1130", u"02302026", u"12311899"}) {
-            type(picker, QString::fromUtf16(typed));
+            test::typeInto(picker, QString::fromUtf16(typed));
             QVERIFY2(!opened.ok()->isEnabled(), qPrintable(picker->text()));
         }
         QTest::keyClick(picker, Qt::Key_Return);
         QVERIFY(opened.form.isVisible());
-        type(picker, QStringLiteral("01011900"));
+        test::typeInto(picker, QStringLiteral("01011900"));
         QVERIFY(opened.ok()->isEnabled());
     }
 }
@@ -204,9 +197,9 @@ void tst_rptr_dates::acceptsDates()
     QFETCH(QString, second);
     QFETCH(QString, secondText);
     Opened opened(sql);
-    type(opened.first(), first);
+    test::typeInto(opened.first(), first);
     if (!second.isEmpty())
-        type(opened.second(), second);
+        test::typeInto(opened.second(), second);
     QTest::mouseClick(opened.ok(), Qt::LeftButton);
     QVERIFY(!opened.form.isVisible());
     QCOMPARE(opened.form.result(), int(QDialog::Accepted));
@@ -223,8 +216,8 @@ void tst_rptr_dates::acceptsDates()
 void tst_rptr_dates::refusesTheWrongOrderAndStaysOpen()
 {
     Opened opened(kRange);
-    type(opened.first(), QStringLiteral("11302026"));
-    type(opened.second(), QStringLiteral("11292026"));
+    test::typeInto(opened.first(), QStringLiteral("11302026"));
+    test::typeInto(opened.second(), QStringLiteral("11292026"));
     QTest::keyClick(opened.second(), Qt::Key_Return);
     QCOMPARE(opened.host.messages,
         QStringList(QStringLiteral("Corvane|48|[From Date:] must be earlier than To && Date:].")));
@@ -267,7 +260,7 @@ void tst_rptr_dates::cancelHandsBackNothing()
 {
     QFETCH(int, way);
     Opened opened(kRange);
-    type(opened.first(), QStringLiteral("11012026"));
+    test::typeInto(opened.first(), QStringLiteral("11012026"));
     if (way == 0)
         QTest::mouseClick(opened.cancel(), Qt::LeftButton);
     else if (way == 1)

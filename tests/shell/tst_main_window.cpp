@@ -10,6 +10,7 @@
 #include "support/demo_folder.h"
 #include "support/modal_answers.h"
 #include "support/suite.h"
+#include "support/typing.h"
 
 #include <QtCore/QDir>
 #include <QtTest/QtTest>
@@ -41,10 +42,7 @@ void click(QWidget *control)
 
 void type(QWidget *field, const char *text)
 {
-    field->setFocus();
-    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(field, Qt::Key_Delete);
-    QTest::keyClicks(field, QString::fromLatin1(text));
+    test::typeInto(field, QString::fromLatin1(text));
 }
 
 void logOnAs(QDialog &dialog, const char *user, const char *password)

@@ -73,7 +73,6 @@ public:
     DocumentPtr endDocument();
     /// Finishes what is there of a run that failed: it can be looked at but never printed or saved.
     DocumentPtr abandonDocument();
-    bool isOpen() const { return m_document != nullptr; }
 
     /// Left, centre and right part separated by bars; holds for every page.
     void setHeader(QStringView parts) { m_header = parts.toString(); }

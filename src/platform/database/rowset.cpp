@@ -19,11 +19,6 @@ int Rowset::fieldIndex(QStringView name) const
     return -1;
 }
 
-qsizetype Rowset::byteSize() const
-{
-    return qsizetype(m_cells.size() * kCellsPerBlock * sizeof(Value)) + m_arenaBytes;
-}
-
 void Rowset::throwNoSuchField(int field) const
 {
     throw DatabaseError(3265, QStringLiteral("The query returns %1 fields (ordinals 0 to %2), so there is no field %3.")
@@ -65,7 +60,6 @@ void RowsetBuilder::startArena(size_t size)
 {
     const size_t block = std::max(size, kArenaBlock);
     m_rowset->m_arena.push_back(std::make_unique_for_overwrite<char[]>(block));
-    m_rowset->m_arenaBytes += qsizetype(block);
     m_free = m_rowset->m_arena.back().get();
     m_freeBytes = block;
 }

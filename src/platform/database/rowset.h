@@ -30,9 +30,6 @@ public:
         return m_cells[at / kCellsPerBlock][at % kCellsPerBlock];
     }
 
-    /// Memory held, in bytes.
-    qsizetype byteSize() const;
-
 private:
     friend class RowsetBuilder;
     static constexpr size_t kCellsPerBlock = 1 << 16;
@@ -43,7 +40,6 @@ private:
     qsizetype m_rowCount = 0;
     std::vector<std::vector<Value>> m_cells;
     std::vector<std::unique_ptr<char[]>> m_arena;
-    qsizetype m_arenaBytes = 0;
 };
 
 using RowsetPtr = std::shared_ptr<const Rowset>;

@@ -143,14 +143,4 @@ QString valueText(const Value &value, const ValueTextStyle &style)
     return text;
 }
 
-QDateTime valueDateTime(const Value &value)
-{
-    if (value.kind() == ValueKind::Date)
-        return epochDate(value.number()).startOfDay(Qt::UTC);
-    if (value.kind() != ValueKind::DateTime)
-        return {};
-    const qint64 day = floorDiv(value.number(), kMsPerDay);
-    return QDateTime(epochDate(day), QTime::fromMSecsSinceStartOfDay(int(value.number() - day * kMsPerDay)), Qt::UTC);
-}
-
 } // namespace corvane

@@ -71,7 +71,4 @@ struct ValueTextStyle {
 void appendValueText(QString &out, const Value &value, const ValueTextStyle &style);
 QString valueText(const Value &value, const ValueTextStyle &style);
 
-/// The date-time of a Date or DateTime value (no zone: local clock face); invalid for other kinds.
-QDateTime valueDateTime(const Value &value);
-
 } // namespace corvane
