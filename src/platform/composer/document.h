@@ -5,6 +5,7 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QString>
+#include <QtGui/QImage>
 #include <QtGui/QRgb>
 
 #include <memory>
@@ -65,11 +66,32 @@ struct FilledRect {
     QRgb colour = 0xff000000;
 };
 
+/// A picture in its frame, in twips; it fills the frame. Drawn behind the text and over the rectangles.
+struct PlacedPicture {
+    qint32 x = 0;
+    qint32 y = 0;
+    qint32 width = 0;
+    qint32 height = 0;
+    quint32 picture = 0; ///< index into Document::pictures
+    QString description; ///< for people who do not see it; empty: it only decorates
+};
+
+/// A part of the page, in twips, that leads elsewhere.
+struct LinkArea {
+    qint32 x = 0;
+    qint32 y = 0;
+    qint32 width = 0;
+    qint32 height = 0;
+    QString target; ///< an address such as "https://clinic.example", or "#" and a bookmark's name
+};
+
 struct Page {
     QString text;
     std::vector<TextRun> runs;
     std::vector<Block> blocks;
     std::vector<FilledRect> rects;
+    std::vector<PlacedPicture> pictures;
+    std::vector<LinkArea> links;
     std::vector<ShapedGlyphs> shaped;
     std::vector<TextStyle> ownStyles; ///< of a page header or footer: numbered on behind Document::styles
 
@@ -95,6 +117,20 @@ struct OutlineEntry {
     QString title;
     int page = 0; ///< from 0
     Twips top;
+    int depth = 0; ///< below the last entry of a smaller depth
+};
+
+/// A place that links of the document lead to.
+struct Bookmark {
+    QString name;
+    int page = 0; ///< from 0
+    Twips top;
+};
+
+/// A picture once, however often it is placed.
+struct Picture {
+    QImage image;
+    QByteArray jpeg; ///< the file it came from when that was a grey or RGB JPEG, else empty
 };
 
 /// What a file made from the document says about itself.
@@ -104,6 +140,7 @@ struct DocumentInfo {
     QString user;
     QString dateRange; ///< as the heading line shows it
     QDateTime printedAt;
+    QString language; ///< of its fixed words, as in "en-US" (BCP 47); empty: not known
 };
 
 /// A finished report: pages of packed drawing operations, all lengths in twips. Immutable once shared.
@@ -119,6 +156,8 @@ struct Document {
     Furniture header;
     Furniture footer;
     std::vector<OutlineEntry> outline;
+    std::vector<Bookmark> bookmarks;
+    std::vector<Picture> pictures;
     QStringList notes; ///< what a reader should know: values cut, tables scaled, fonts substituted
     bool isWhole = false; ///< false while composing and for ever after a failed or stopped run
 
