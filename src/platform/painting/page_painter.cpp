@@ -1,4 +1,4 @@
-#include "platform/preview/page_painter.h"
+#include "platform/painting/page_painter.h"
 
 #include <QtGui/QGlyphRun>
 #include <QtGui/QPainter>
@@ -33,6 +33,14 @@ struct PagePainter::Job {
     double scale;
     double top;    ///< of what is visible, twips
     double bottom;
+
+    bool shows(double from, double to) const { return from <= bottom && to >= top; }
+
+    template<typename Area>
+    QRectF scaled(const Area &area) const
+    {
+        return {area.x * scale, area.y * scale, area.width * scale, area.height * scale};
+    }
 };
 
 int PagePainter::paint(
@@ -48,19 +56,45 @@ int PagePainter::paint(
 
 int PagePainter::paintPart(Job &job, const Page &page)
 {
+    return paintRects(job, page) + paintPictures(job, page) + paintText(job, page);
+}
+
+int PagePainter::paintRects(Job &job, const Page &page)
+{
     int count = 0;
     const QTransform toDevice = job.painter.deviceTransform();
     for (const FilledRect &rect : page.rects) {
-        if (rect.y > job.bottom || rect.y + rect.height < job.top)
+        if (!job.shows(rect.y, rect.y + rect.height))
             continue;
-        const QRectF scaled(rect.x * job.scale, rect.y * job.scale, rect.width * job.scale, rect.height * job.scale);
-        job.painter.fillRect(onDevicePixels(scaled, toDevice), QColor::fromRgba(rect.colour));
+        job.painter.fillRect(onDevicePixels(job.scaled(rect), toDevice), QColor::fromRgba(rect.colour));
         ++count;
     }
-    m_collected.resize(job.document.styles.size());
+    return count;
+}
+
+int PagePainter::paintPictures(Job &job, const Page &page)
+{
+    int count = 0;
+    for (const PlacedPicture &placed : page.pictures) {
+        if (!job.shows(placed.y, placed.y + placed.height))
+            continue;
+        const Picture &picture = job.document.pictures[placed.picture];
+        job.painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        // Only what was a photograph before may be compressed like one on its way to the printer.
+        job.painter.setRenderHint(QPainter::LosslessImageRendering, picture.jpeg.isEmpty());
+        job.painter.drawImage(job.scaled(placed), picture.image);
+        ++count;
+    }
+    return count;
+}
+
+int PagePainter::paintText(Job &job, const Page &page)
+{
+    int count = 0;
+    m_collected.resize(job.document.styles.size() + page.ownStyles.size());
     for (const TextRun &run : page.runs) {
-        const qint32 size = job.document.styles[run.style].size.count();
-        if (run.y - 2 * size > job.bottom || run.y + size < job.top)
+        const qint32 size = job.document.styleOf(page, run).size.count();
+        if (!job.shows(run.y - 2 * size, run.y + size))
             continue;
         if (run.shaped != 0)
             drawShaped(job, page, run);
@@ -68,14 +102,14 @@ int PagePainter::paintPart(Job &job, const Page &page)
             collect(job, page, run);
         ++count;
     }
-    drawCollected(job);
+    drawCollected(job, page);
     return count;
 }
 
 /// Plain runs are gathered by style: one call draws all of a style, wherever they stand.
 void PagePainter::collect(const Job &job, const Page &page, const TextRun &run)
 {
-    const TextStyle &style = job.document.styles[run.style];
+    const TextStyle &style = job.document.styleOf(page, run);
     const FontFace &face = *job.document.faces[style.face];
     const double unit = style.size.count() * job.scale / face.unitsPerEm();
     Glyphs &glyphs = m_collected[run.style];
@@ -94,7 +128,7 @@ void PagePainter::collect(const Job &job, const Page &page, const TextRun &run)
 void PagePainter::drawShaped(Job &job, const Page &page, const TextRun &run)
 {
     const ShapedGlyphs &shaped = page.shaped[run.shaped - 1];
-    const TextStyle &style = job.document.styles[run.style];
+    const TextStyle &style = job.document.styleOf(page, run);
     QList<QPointF> positions;
     positions.reserve(qsizetype(shaped.glyphs.size()));
     for (size_t i = 0; i < shaped.glyphs.size(); ++i)
@@ -106,13 +140,14 @@ void PagePainter::drawShaped(Job &job, const Page &page, const TextRun &run)
     job.painter.drawGlyphRun({}, glyphs);
 }
 
-void PagePainter::drawCollected(Job &job)
+void PagePainter::drawCollected(Job &job, const Page &page)
 {
     for (size_t i = 0; i < m_collected.size(); ++i) {
         Glyphs &collected = m_collected[i];
         if (collected.indexes.empty())
             continue;
-        const TextStyle &style = job.document.styles[i];
+        const auto &styles = job.document.styles;
+        const TextStyle &style = i < styles.size() ? styles[i] : page.ownStyles[i - styles.size()];
         QGlyphRun glyphs;
         glyphs.setRawFont(fontAt(job.document.faces[style.face], style.size.count() * job.scale));
         glyphs.setRawData(collected.indexes.data(), collected.positions.data(), int(collected.indexes.size()));
