@@ -24,6 +24,17 @@ QRectF onDevicePixels(const QRectF &rect, const QTransform &toDevice)
     return toDevice.inverted().mapRect(QRectF(left, top, width, height));
 }
 
+/// The device pixel that a baseline starts in, as viewers of PDF files place it: glyphs are drawn on whole
+/// pixels vertically, and rounded to the nearest one instead, every other line would stand a pixel lower
+/// here than there.
+double onDevicePixel(double y, const QTransform &toDevice)
+{
+    constexpr double kOnTheEdge = 1e-3; // what multiplying leaves short of a whole pixel
+    if (toDevice.type() > QTransform::TxScale)
+        return y;
+    return (std::floor(toDevice.m22() * y + toDevice.dy() + kOnTheEdge) - toDevice.dy()) / toDevice.m22();
+}
+
 } // namespace
 
 /// One call of paint().
@@ -33,6 +44,7 @@ struct PagePainter::Job {
     double scale;
     double top;    ///< of what is visible, twips
     double bottom;
+    QTransform toDevice;
 
     bool shows(double from, double to) const { return from <= bottom && to >= top; }
 
@@ -46,7 +58,8 @@ struct PagePainter::Job {
 int PagePainter::paint(
     QPainter &painter, const Document &document, int pageIndex, double pixelsPerTwip, const QRectF &visible)
 {
-    Job job {painter, document, pixelsPerTwip, visible.top() / pixelsPerTwip, visible.bottom() / pixelsPerTwip};
+    Job job {painter, document, pixelsPerTwip, visible.top() / pixelsPerTwip, visible.bottom() / pixelsPerTwip,
+        painter.deviceTransform()};
     painter.save();
     const int furniture = paintPart(job, pageFurniture(document, pageIndex));
     const int body = paintPart(job, document.pages[size_t(pageIndex)]);
@@ -62,11 +75,10 @@ int PagePainter::paintPart(Job &job, const Page &page)
 int PagePainter::paintRects(Job &job, const Page &page)
 {
     int count = 0;
-    const QTransform toDevice = job.painter.deviceTransform();
     for (const FilledRect &rect : page.rects) {
         if (!job.shows(rect.y, rect.y + rect.height))
             continue;
-        job.painter.fillRect(onDevicePixels(job.scaled(rect), toDevice), QColor::fromRgba(rect.colour));
+        job.painter.fillRect(onDevicePixels(job.scaled(rect), job.toDevice), QColor::fromRgba(rect.colour));
         ++count;
     }
     return count;
@@ -82,7 +94,7 @@ int PagePainter::paintPictures(Job &job, const Page &page)
         job.painter.setRenderHint(QPainter::SmoothPixmapTransform);
         // Only what was a photograph before may be compressed like one on its way to the printer.
         job.painter.setRenderHint(QPainter::LosslessImageRendering, picture.jpeg.isEmpty());
-        job.painter.drawImage(job.scaled(placed), picture.image);
+        job.painter.drawImage(onDevicePixels(job.scaled(placed), job.toDevice), picture.image);
         ++count;
     }
     return count;
@@ -114,7 +126,7 @@ void PagePainter::collect(const Job &job, const Page &page, const TextRun &run)
     const double unit = style.size.count() * job.scale / face.unitsPerEm();
     Glyphs &glyphs = m_collected[run.style];
     double x = run.x * job.scale;
-    const double y = run.y * job.scale;
+    const double y = onDevicePixel(run.y * job.scale, job.toDevice);
     for (const QChar c : page.runText(run)) {
         const FontFace::Glyph glyph = face.plainGlyph(c.unicode());
         if (c != u' ') {
@@ -132,7 +144,8 @@ void PagePainter::drawShaped(Job &job, const Page &page, const TextRun &run)
     QList<QPointF> positions;
     positions.reserve(qsizetype(shaped.glyphs.size()));
     for (size_t i = 0; i < shaped.glyphs.size(); ++i)
-        positions.emplaceBack((run.x + shaped.xOffsets[i]) * job.scale, (run.y + shaped.yOffsets[i]) * job.scale);
+        positions.emplaceBack((run.x + shaped.xOffsets[i]) * job.scale,
+            onDevicePixel((run.y + shaped.yOffsets[i]) * job.scale, job.toDevice));
     QGlyphRun glyphs;
     glyphs.setRawFont(fontAt(job.document.faces[shaped.face], style.size.count() * job.scale));
     glyphs.setRawData(shaped.glyphs.data(), positions.constData(), int(positions.size()));
