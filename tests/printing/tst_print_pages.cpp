@@ -46,6 +46,7 @@ class tst_print_pages : public test::Suite
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void settingsChooseThePages_data();
     void settingsChooseThePages();
@@ -67,6 +68,13 @@ private:
     QTemporaryDir m_folder;
     QString m_file;
 };
+
+/// A place for temporary files of its own, to see what is left there.
+void tst_print_pages::initTestCase()
+{
+    QVERIFY(QDir(m_folder.path()).mkdir(QStringLiteral("tmp")));
+    qputenv("TMPDIR", QFile::encodeName(path(QStringLiteral("tmp"))));
+}
 
 void tst_print_pages::init()
 {
@@ -221,13 +229,12 @@ void tst_print_pages::stoppingLeavesNothing()
         QVERIFY(old.open(QIODevice::WriteOnly));
         old.write(before.toLatin1());
     }
-    const QStringList temporary = QDir::temp().entryList({QStringLiteral("corvane-*")});
     const PrintResult result = print(report(5), {},
         {.currentPage = 0, .progress = [stopAt](int page, int) { return page < stopAt; }});
     QCOMPARE(result.outcome, PrintOutcome::Stopped);
     QCOMPARE(readFile(m_file), before);
     QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files).size(), before.isEmpty() ? 0 : 1);
-    QCOMPARE(QDir::temp().entryList({QStringLiteral("corvane-*")}), temporary);
+    QVERIFY(QDir::temp().isEmpty());
 }
 
 void tst_print_pages::failuresAreTold_data()
@@ -245,8 +252,7 @@ void tst_print_pages::failuresAreTold_data()
         [](QPrinter &printer) { printer.setOutputFileName(QStringLiteral("/none/paper.pdf")); },
         true,
         "The report was not printed to the file \"/none/paper.pdf\". No such file or directory. "
-        "Choose another "
-        "file name or folder.");
+        "Choose another file name or folder.");
     row(
         "neither printer nor file",
         [](QPrinter &printer) {

@@ -23,31 +23,32 @@ QSizeF pageSize(const Document &document)
     return QSizeF(document.paperWidth.count(), document.paperHeight.count());
 }
 
-std::vector<int> allPages(int pageCount)
+QPageRanges askedPages(const QPrinter &printer, const Document &document, int currentPage)
 {
-    return pagesInRanges({{1, pageCount}}, pageCount);
+    if (printer.printRange() == QPrinter::PageRange && !printer.pageRanges().isEmpty())
+        return printer.pageRanges();
+    QPageRanges asked;
+    if (printer.printRange() == QPrinter::CurrentPage)
+        asked.addPage(currentPage + 1);
+    else
+        asked.addRange(1, std::max(document.pageCount(), 1));
+    return asked;
 }
 
 std::vector<int> chosenPages(const QPrinter &printer, const Document &document, int currentPage)
 {
-    const int count = document.pageCount();
-    if (printer.printRange() == QPrinter::CurrentPage)
-        return pagesInRanges({{currentPage + 1, currentPage + 1}}, count);
-    const QPageRanges asked = printer.pageRanges();
-    if (printer.printRange() != QPrinter::PageRange || asked.isEmpty())
-        return allPages(count);
+    const QPageRanges asked = askedPages(printer, document, currentPage);
     QList<std::pair<int, int>> ranges;
     for (const QPageRanges::Range &range : asked.toRangeList())
         ranges.emplaceBack(range.from, range.to);
-    std::vector<int> pages = pagesInRanges(ranges, count);
-    if (pages.empty()) {
-        throw PrintError(QStringLiteral(
-            "Nothing was printed. The pages asked for, %1, are not among the report's %2. "
-            "Choose other pages.")
-                             .arg(asked.toString())
-                             .arg(count));
-    }
-    return pages;
+    std::vector<int> pages = pagesInRanges(ranges, document.pageCount());
+    if (!pages.empty())
+        return pages;
+    throw PrintError(QStringLiteral(
+        "Nothing was printed. The pages asked for, %1, are not among the report's %2. "
+        "Choose other pages.")
+                         .arg(asked.toString())
+                         .arg(document.pageCount()));
 }
 
 std::vector<int> jobPages(const QPrinter &printer, std::vector<int> pages)
