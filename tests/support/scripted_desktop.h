@@ -6,6 +6,7 @@
 #include <QtCore/QStringList>
 
 #include <deque>
+#include <functional>
 
 namespace corvane::test {
 
@@ -24,12 +25,15 @@ public:
 
     std::deque<MessageAnswer> answers; ///< to questions; a box with one button needs none
     std::deque<QString> files;         ///< of file dialogs; empty: cancelled
+    /// What the user sets in print dialogs; false: cancelled.
+    std::deque<std::function<bool(QPrinter &)>> printDialogs;
     int openCode = OpenCodes::Started;
 
     QList<Message> messages;
     QList<SaveFileRequest> saveRequests;
     QStringList openFolders; ///< initial folders of open dialogs
     QStringList openedDocuments;
+    QList<int> printPageCounts; ///< as print dialogs were told them
 
     MessageAnswer message(const QString &text, int flags, const QString &title) override
     {
@@ -47,6 +51,12 @@ public:
     {
         saveRequests += request;
         return next(files, QString());
+    }
+
+    bool printDialog(QPrinter &printer, int pageCount) override
+    {
+        printPageCounts += pageCount;
+        return next(printDialogs, std::function<bool(QPrinter &)>([](QPrinter &) { return false; }))(printer);
     }
 
     int openDocument(const QString &path) override

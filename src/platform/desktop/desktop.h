@@ -4,6 +4,8 @@
 
 #include <QtCore/QString>
 
+class QPrinter;
+
 namespace corvane {
 
 struct SaveFileRequest {
@@ -13,8 +15,8 @@ struct SaveFileRequest {
     QString defaultExtension; ///< "pdf", ".pdf" or "*.pdf"; added to a name typed without one
 };
 
-/// What the program asks the desktop for: message boxes, file dialogs and the opening of a file in its own
-/// program. Free of widgets, so that anything may hold it; tests answer in its place.
+/// What the program asks the desktop for: message boxes, file and print dialogs and the opening of a file in
+/// its own program. Free of widgets, so that anything may hold it; tests answer in its place.
 class Desktop : public MessageBoxes
 {
 public:
@@ -25,6 +27,10 @@ public:
     /// The path of a file to write, in a folder that exists; asks before an existing file is taken. Empty
     /// when the user cancels.
     virtual QString saveFile(const SaveFileRequest &request) = 0;
+
+    /// Asks how to print a document of so many pages; the answers stand in the printer, which says beforehand
+    /// what the dialog starts with. False when the user cancels.
+    virtual bool printDialog(QPrinter &printer, int pageCount) = 0;
 
     /// Opens a file in the program that belongs to it and does not wait for that program.
     /// @return the shell's code: 42 started, 2 no such file, 31 no program for this kind of file, 5 failed

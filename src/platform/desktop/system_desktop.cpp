@@ -4,6 +4,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
+#include <QtPrintSupport/QPrintDialog>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMessageBox>
@@ -100,6 +101,17 @@ QString SystemDesktop::saveFile(const SaveFileRequest &request)
             MessageFlags::Exclamation, request.title);
     }
     return {};
+}
+
+bool SystemDesktop::printDialog(QPrinter &printer, int pageCount)
+{
+    QPrintDialog dialog(&printer, dialogParent());
+    dialog.setOptions(QPrintDialog::PrintToFile | QPrintDialog::PrintPageRange | QPrintDialog::PrintCurrentPage
+        | QPrintDialog::PrintCollateCopies | QPrintDialog::PrintShowPageSize);
+    dialog.setMinMax(1, pageCount);
+    dialog.setFromTo(1, pageCount);
+    dialog.setPrintRange(QPrintDialog::AllPages);
+    return dialog.exec() == QDialog::Accepted;
 }
 
 int SystemDesktop::openDocument(const QString &path)

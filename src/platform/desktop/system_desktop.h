@@ -18,6 +18,7 @@ public:
     MessageAnswer message(const QString &text, int flags, const QString &title) override;
     QString openFile(const QString &title, const QString &initialFolder, const QString &filter) override;
     QString saveFile(const SaveFileRequest &request) override;
+    bool printDialog(QPrinter &printer, int pageCount) override;
     int openDocument(const QString &path) override;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/preview/page_painter.h"
+#include "platform/painting/page_painter.h"
 #include "platform/preview/preview_layout.h"
 
 #include <QtWidgets/QAbstractScrollArea>

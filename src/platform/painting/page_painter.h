@@ -18,7 +18,7 @@ class PagePainter
 public:
     /// Draws one page (index from 0) with its header and footer. The painter's origin is the paper's upper
     /// left corner; what lies wholly above or below `visible` (the painter's units) is passed over.
-    /// @return how many rectangles and text runs were drawn
+    /// @return how many rectangles, pictures and text runs were drawn
     int paint(QPainter &painter, const Document &document, int pageIndex, double pixelsPerTwip, const QRectF &visible);
 
 private:
@@ -29,9 +29,12 @@ private:
     struct Job;
 
     int paintPart(Job &job, const Page &page);
+    static int paintRects(Job &job, const Page &page);
+    static int paintPictures(Job &job, const Page &page);
+    int paintText(Job &job, const Page &page);
     void collect(const Job &job, const Page &page, const TextRun &run);
     void drawShaped(Job &job, const Page &page, const TextRun &run);
-    void drawCollected(Job &job);
+    void drawCollected(Job &job, const Page &page);
     const QRawFont &fontAt(const FontFacePtr &face, double pixelSize);
 
     std::map<std::pair<FontFacePtr, double>, QRawFont> m_fonts;
