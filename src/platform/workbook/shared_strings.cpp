@@ -11,7 +11,6 @@ namespace corvane {
 
 namespace {
 
-constexpr size_t kTableTexts = 1 << 20;
 /// Longer texts are rarely the same.
 constexpr qsizetype kLongestInTable = 255;
 constexpr size_t kCopyBlock = 1 << 16;
@@ -34,8 +33,9 @@ qsizetype fitting(QStringView text, qsizetype room)
 
 } // namespace
 
-SharedStrings::SharedStrings(size_t cells)
-    : m_slots(1024)
+SharedStrings::SharedStrings(size_t cells, size_t tableTexts)
+    : m_tableTexts(tableTexts)
+    , m_slots(1024)
 {
     m_cells.reserve(cells);
 }
@@ -53,7 +53,7 @@ TextChanges SharedStrings::add(QByteArrayView utf8, Storage storage)
         return changesOf(m_cells.back());
     }
     const TextChanges changes = cellTextChanges(utf8);
-    if (m_texts.size() < kTableTexts) {
+    if (m_texts.size() < m_tableTexts) {
         const char *data = storage == Storage::Lasting ? utf8.data() : kept(utf8);
         m_texts.push_back({data, quint32(utf8.size()), hash});
         m_numbers.push_back(m_count);

@@ -20,8 +20,10 @@ class RecordWriter;
 class SharedStrings
 {
 public:
+    static constexpr size_t kTableTexts = 1 << 20;
+
     /// Room for the numbers of so many cells; memory is used only when they come.
-    explicit SharedStrings(size_t cells);
+    explicit SharedStrings(size_t cells, size_t tableTexts = kTableTexts);
 
     /// Whether the bytes of a text outlive the table.
     enum class Storage { Lasting, Copied };
@@ -46,6 +48,7 @@ private:
     TextChanges changesOf(quint32 number) const;
 
     std::vector<quint32> m_cells;
+    size_t m_tableTexts;
     quint32 m_count = 0;
     std::vector<Text> m_texts; ///< of the table
     std::vector<quint32> m_numbers; ///< of the table's texts
