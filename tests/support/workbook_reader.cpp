@@ -189,6 +189,9 @@ void addXlrdLine(ReadWorkbook &book, const QStringList &parts)
     book.facts += parts.join(u' ');
 }
 
+/// The system's own Python has the library's package; another one in the path need not.
+const QString kPython = QStringLiteral("/usr/bin/python3");
+
 QString script()
 {
     return QStringLiteral(CORVANE_SOURCE_DIR "/tests/support/read_workbook.py");
@@ -223,8 +226,8 @@ QList<ReadWorkbook> readWithOfficeSuite(
 
 QList<ReadWorkbook> readWithXlrd(const QStringList &files, QString &fault)
 {
-    const QString output = readerOutput(
-        QStringLiteral("/usr/bin/python3"), QStringList{script(), QStringLiteral("cells")} + files);
+    const QString output
+        = readerOutput(kPython, QStringList{script(), QStringLiteral("cells")} + files);
     if (output.startsWith(kFailed)) {
         fault = output;
         return {};
@@ -244,8 +247,8 @@ QByteArray containerStream(const QString &file, const QString &name, QString &fa
 {
     const QTemporaryDir folder;
     QFile copy(folder.filePath(QStringLiteral("stream")));
-    const QString output = readerOutput(QStringLiteral("/usr/bin/python3"),
-        {script(), QStringLiteral("stream"), name, file, copy.fileName()});
+    const QString output
+        = readerOutput(kPython, {script(), QStringLiteral("stream"), name, file, copy.fileName()});
     if (output.startsWith(kFailed) || !copy.open(QIODevice::ReadOnly))
         fault = output;
     return copy.readAll();
