@@ -159,13 +159,17 @@ void PageContent::fill(const std::vector<FilledRect> &rects)
 
 void PageContent::show(const Page &page, std::span<const TextRun> runs)
 {
-    for (const TextRun &run : runs) {
+    for (size_t i = 0; i < runs.size(); ++i) {
+        const TextRun &run = runs[i];
         const TextStyle &style = m_document.styleOf(page, run);
         setColour(style.colour);
         if (run.shaped > 0) {
             showShaped(style, run, page.shaped[run.shaped - 1], page.runText(run));
         } else if (run.textLength > 0) {
-            showPlain(style, run, page.runText(run));
+            // A reader of tags joins the lines of a cell: the blank that they were broken at goes with them.
+            const bool isBroken = m_tags && i + 1 < runs.size() && runs[i + 1].column == run.column
+                && runs[i + 1].textStart > run.textStart + run.textLength;
+            showPlain(style, run, QStringView(page.text).sliced(run.textStart, run.textLength + (isBroken ? 1 : 0)));
         }
     }
 }

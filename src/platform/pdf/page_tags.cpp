@@ -68,11 +68,11 @@ void PageTags::endPage()
 {
     placePictures(std::numeric_limits<qint32>::max());
     for (size_t i = 0; i < m_links.size(); ++i) {
-        if (m_linkElements[i])
-            continue;
-        const Id link = m_tree.create(StructureRole::Link);
+        const bool hasText = m_linkElements[i].has_value();
+        const Id link = hasText ? *m_linkElements[i] : m_tree.create(StructureRole::Link);
         m_tree.addAnnotation(link, m_page, m_links[i].annotation);
-        m_tagger.place(link);
+        if (!hasText)
+            m_tagger.place(link);
     }
 }
 
@@ -99,10 +99,8 @@ size_t PageTags::linkAt(const TextRun &run) const
 StructureTree::Id PageTags::linkElement(size_t link, Id around)
 {
     std::optional<Id> &element = m_linkElements[link];
-    if (!element) {
+    if (!element)
         element = m_tree.add(StructureRole::Link, around);
-        m_tree.addAnnotation(*element, m_page, m_links[link].annotation);
-    }
     return *element;
 }
 

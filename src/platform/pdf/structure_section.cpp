@@ -4,19 +4,12 @@
 
 #include <qpdf/Buffer.hh>
 
-#include <charconv>
-
 namespace corvane {
 
 namespace {
 
-constexpr size_t kObjectsPerStream = 256;
+constexpr size_t kObjectsPerStream = 512;
 constexpr size_t kEntrySize = 7; ///< of the cross-reference: type, offset or stream, index
-
-std::string_view viewOf(const Buffer &buffer)
-{
-    return {reinterpret_cast<const char *>(const_cast<Buffer &>(buffer).getBuffer()), buffer.getSize()};
-}
 
 /// A text string (7.9.2.2) in hexadecimal UTF-16.
 std::string textString(const QString &text)
@@ -25,19 +18,6 @@ std::string textString(const QString &text)
     for (const QChar c : text)
         hex += QByteArray::number(c.unicode(), 16).rightJustified(4, '0').toUpper().toStdString();
     return hex + ">";
-}
-
-/// Each row as the differences from the one above (the predictor "Up"), which compress to almost nothing.
-std::string predicted(const std::string &rows)
-{
-    std::string out;
-    out.reserve(rows.size() / kEntrySize * (kEntrySize + 1));
-    for (size_t at = 0; at < rows.size(); ++at) {
-        if (at % kEntrySize == 0)
-            out += '\2';
-        out += char(rows[at] - (at < kEntrySize ? '\0' : rows[at - kEntrySize]));
-    }
-    return out;
 }
 
 } // namespace
@@ -55,172 +35,170 @@ StructureSection::StructureSection(
 
 void StructureSection::write()
 {
-    for (StructureTree::Id id = 0; id < m_tree.elements().size(); ++id) {
-        beginObject(numberOf(id));
+    for (StructureTree::Id id = 0; id < m_tree.elements().size(); ++id)
         putElement(id);
-    }
-    for (size_t page = 0; page < m_tree.owners().size(); ++page) {
-        beginObject(parentsNumber(page));
-        putParents(m_tree.owners()[page]);
-    }
-    beginObject(m_written.structureRoot);
+    for (size_t page = 0; page < m_tree.owners().size(); ++page)
+        putParents(page);
     putRoot();
-    closeStream();
+    for (ObjectStream &stream : m_streams)
+        write(stream);
     writeCrossReference();
+}
+
+StructureSection::Kind StructureSection::kindOf(StructureRole role)
+{
+    if (role == StructureRole::TD || role == StructureRole::TH)
+        return Kind::Cells;
+    return role == StructureRole::TR ? Kind::Rows : Kind::Others;
 }
 
 void StructureSection::putElement(StructureTree::Id id)
 {
     const StructureTree::Element &element = m_tree.elements()[id];
-    put("<</S/");
-    put(roleName(element.role));
-    put("/P ");
-    putReference(id == StructureTree::kDocument ? m_written.structureRoot : numberOf(element.parent));
-    quint32 page = 0;
-    for (quint32 kid = element.firstKid; kid != 0; kid = m_tree.kid(kid).next) {
-        if (m_tree.kid(kid).kind != StructureTree::KidKind::Content)
-            continue;
-        page = m_tree.kid(kid).page;
-        put("/Pg ");
-        putReference(m_written.pages[page]);
-        break;
+    ObjectStream &out = begin(kindOf(element.role), numberOf(id));
+    out.put("<</S/");
+    out.put(roleName(element.role));
+    out.put("/P ");
+    out.putReference(id == StructureTree::kDocument ? m_written.structureRoot : numberOf(element.parent));
+    quint32 kid = element.firstKid;
+    while (kid != 0 && m_tree.kid(kid).kind != StructureTree::KidKind::Content)
+        kid = m_tree.kid(kid).next;
+    const quint32 ownPage = kid == 0 ? 0 : m_tree.kid(kid).page;
+    if (kid != 0) {
+        out.put("/Pg ");
+        out.putReference(m_written.pages[ownPage]);
     }
-    putAttributes(id, element);
     if (element.firstKid != 0)
-        putKids(element, page);
-    put(">>");
+        putKids(out, element, ownPage);
+    putAttributes(out, id, element);
+    out.put(">>");
+    end(out);
+}
+
+void StructureSection::putKids(ObjectStream &out, const StructureTree::Element &element, quint32 ownPage)
+{
+    const bool isList = element.firstKid != element.lastKid;
+    out.put(isList ? "/K[" : "/K ");
+    for (quint32 number = element.firstKid; number != 0; number = m_tree.kid(number).next) {
+        putKid(out, m_tree.kid(number), ownPage);
+        if (m_tree.kid(number).next != 0)
+            out.put(" ");
+    }
+    if (isList)
+        out.put("]");
 }
 
 /// Contents on the element's own page are numbers, those on others say where they are.
-void StructureSection::putKids(const StructureTree::Element &element, quint32 ownPage)
+void StructureSection::putKid(ObjectStream &out, const StructureTree::Kid &kid, quint32 ownPage)
 {
-    const bool isList = element.firstKid != element.lastKid;
-    put(isList ? "/K[" : "/K ");
-    for (quint32 number = element.firstKid; number != 0; number = m_tree.kid(number).next) {
-        const StructureTree::Kid &kid = m_tree.kid(number);
-        if (kid.kind == StructureTree::KidKind::Element) {
-            putReference(numberOf(kid.value));
-        } else if (kid.kind == StructureTree::KidKind::Annotation) {
-            put("<</Type/OBJR/Pg ");
-            putReference(m_written.pages[kid.page]);
-            put("/Obj ");
-            putReference(m_written.annotations[kid.value]);
-            put(">>");
-        } else if (kid.page == ownPage) {
-            putNumber(kid.value);
-        } else {
-            put("<</Type/MCR/Pg ");
-            putReference(m_written.pages[kid.page]);
-            put("/MCID ");
-            putNumber(kid.value);
-            put(">>");
-        }
-        if (kid.next != 0)
-            put(" ");
+    if (kid.kind == StructureTree::KidKind::Element) {
+        out.putReference(numberOf(kid.value));
+    } else if (kid.kind == StructureTree::KidKind::Content && kid.page == ownPage) {
+        out.putNumber(kid.value);
+    } else {
+        const bool isContent = kid.kind == StructureTree::KidKind::Content;
+        out.put(isContent ? "<</Type/MCR/Pg " : "<</Type/OBJR/Pg ");
+        out.putReference(m_written.pages[kid.page]);
+        out.put(isContent ? "/MCID " : "/Obj ");
+        isContent ? out.putNumber(kid.value) : out.putReference(m_written.annotations[kid.value]);
+        out.put(">>");
     }
-    if (isList)
-        put("]");
 }
 
-void StructureSection::putAttributes(StructureTree::Id id, const StructureTree::Element &element)
+void StructureSection::putAttributes(ObjectStream &out, StructureTree::Id id, const StructureTree::Element &element)
 {
-    if (element.role == StructureRole::Figure) {
-        const StructureTree::Picture &picture = m_tree.picture(id);
-        std::array<char, 128> box {};
-        char *at = box.data();
-        for (const int side : {picture.frame.left(), picture.frame.top(), picture.frame.left() + picture.frame.width(),
-                 picture.frame.top() + picture.frame.height()}) {
-            at = ContentStream::putNumber(at, side);
-            *at++ = ' ';
-        }
-        put("/Alt" + textString(picture.description) + "/A<</O/Layout/Placement/Block/BBox["
-            + std::string(box.data(), at) + "]>>");
-    }
+    if (element.role == StructureRole::Figure)
+        putPicture(out, m_tree.picture(id));
     const bool isHeading = element.role == StructureRole::TH;
     if (!isHeading && element.columnSpan <= 1)
         return;
-    put("/A<</O/Table");
-    if (isHeading)
-        put("/Scope/Column");
-    if (element.columnSpan > 1) {
-        put("/ColSpan ");
-        putNumber(element.columnSpan);
-    }
-    put(">>");
+    out.put(isHeading ? "/A<</O/Table/Scope/Column" : "/A<</O/Table");
+    if (element.columnSpan > 1)
+        out.put("/ColSpan " + std::to_string(element.columnSpan));
+    out.put(">>");
 }
 
-void StructureSection::putParents(const std::vector<StructureTree::Id> &owners)
+void StructureSection::putPicture(ObjectStream &out, const StructureTree::Picture &picture)
 {
-    put("[");
-    for (const StructureTree::Id owner : owners) {
-        putReference(numberOf(owner));
-        put(" ");
+    std::array<char, 128> box {};
+    char *at = box.data();
+    for (const int side : {picture.frame.left(), picture.frame.top(), picture.frame.left() + picture.frame.width(),
+             picture.frame.top() + picture.frame.height()}) {
+        at = ContentStream::putNumber(at, side);
+        *at++ = ' ';
     }
-    put("]");
+    out.put("/Alt" + textString(picture.description) + "/A<</O/Layout/Placement/Block/BBox["
+        + std::string(box.data(), at) + "]>>");
+}
+
+/// Which elements the page's marked contents belong to, by their numbers.
+void StructureSection::putParents(size_t page)
+{
+    ObjectStream &out = begin(Kind::Parents, parentsNumber(page));
+    out.put("[");
+    for (const StructureTree::Id owner : m_tree.owners()[page]) {
+        out.putReference(numberOf(owner));
+        out.put(" ");
+    }
+    out.put("]");
+    end(out);
 }
 
 void StructureSection::putRoot()
 {
-    put("<</Type/StructTreeRoot/K ");
-    putReference(numberOf(StructureTree::kDocument));
-    put("/ParentTree<</Nums[");
-    for (size_t page = 0; page < m_tree.owners().size(); ++page) {
-        putNumber(qint64(page));
-        put(" ");
-        putReference(parentsNumber(page));
-        put(" ");
+    ObjectStream &out = begin(Kind::Others, m_written.structureRoot);
+    out.put("<</Type/StructTreeRoot/K ");
+    out.putReference(numberOf(StructureTree::kDocument));
+    out.put("/ParentTree<</Nums[");
+    const auto putPair = [&out](size_t key, int object) {
+        out.putNumber(qint64(key));
+        out.put(" ");
+        out.putReference(object);
+        out.put(" ");
+    };
+    for (size_t page = 0; page < m_tree.owners().size(); ++page)
+        putPair(page, parentsNumber(page));
+    const std::vector<StructureTree::Id> &annotations = m_tree.annotationOwners();
+    for (size_t i = 0; i < annotations.size(); ++i)
+        putPair(m_written.pages.size() + i, numberOf(annotations[i]));
+    out.put("]>>/ParentTreeNextKey " + std::to_string(m_written.pages.size() + annotations.size()) + ">>");
+    end(out);
+}
+
+ObjectStream &StructureSection::begin(Kind kind, int number)
+{
+    ObjectStream &stream = m_streams[size_t(kind)];
+    stream.begin(number);
+    return stream;
+}
+
+void StructureSection::end(ObjectStream &stream)
+{
+    stream.end();
+    if (stream.numbers().size() == kObjectsPerStream)
+        write(stream);
+}
+
+void StructureSection::write(ObjectStream &stream)
+{
+    if (stream.numbers().empty())
+        return;
+    quint16 index = 0;
+    for (const int number : stream.numbers()) {
+        const size_t place = number == m_written.structureRoot ? 0 : size_t(number - m_written.nextObject) + 1;
+        m_places[place] = {true, quint32(m_nextStream), index++};
     }
-    const size_t annotations = m_tree.annotationOwners().size();
-    for (size_t i = 0; i < annotations; ++i) {
-        putNumber(qint64(m_written.pages.size() + i));
-        put(" ");
-        putReference(numberOf(m_tree.annotationOwners()[i]));
-        put(" ");
-    }
-    put("]>>/ParentTreeNextKey ");
-    putNumber(qint64(m_written.pages.size() + annotations));
-    put(">>");
+    const ObjectStream::Content content = stream.take();
+    writeStream(content.dictionary, content.bytes);
 }
 
-void StructureSection::putNumber(qint64 number)
+void StructureSection::writeStream(const std::string &dictionary, const std::string &bytes)
 {
-    std::array<char, 24> digits {};
-    put({digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr});
-}
-
-void StructureSection::putReference(int object)
-{
-    putNumber(object);
-    put(" 0 R");
-}
-
-void StructureSection::beginObject(int number)
-{
-    if (m_numbers.size() == kObjectsPerStream)
-        closeStream();
-    m_index += std::to_string(number) + ' ' + std::to_string(m_objects.size()) + ' ';
-    const size_t place = number == m_written.structureRoot ? 0 : size_t(number - m_written.nextObject) + 1;
-    m_places[place] = {true, quint32(m_nextStream), quint16(m_numbers.size())};
-    m_numbers.push_back(number);
-}
-
-void StructureSection::closeStream()
-{
-    const std::string dictionary = "/Type/ObjStm/N " + std::to_string(m_numbers.size()) + "/First "
-        + std::to_string(m_index.size());
-    m_index += m_objects;
-    writeStream(dictionary, *m_compressor.compress(m_index));
-    m_index.clear();
-    m_objects.clear();
-    m_numbers.clear();
-}
-
-void StructureSection::writeStream(const std::string &dictionary, const Buffer &bytes)
-{
+    const auto compressed = m_compressor.compress(bytes);
     m_places.push_back({false, quint32(m_file.size()), 0});
     m_file.put(std::to_string(m_nextStream++) + " 0 obj\n<<" + dictionary + "/Filter/FlateDecode/Length "
-        + std::to_string(bytes.getSize()) + ">>\nstream\n");
-    m_file.put(viewOf(bytes));
+        + std::to_string(compressed->getSize()) + ">>\nstream\n");
+    m_file.write(compressed->getBuffer(), compressed->getSize());
     m_file.put("\nendstream\nendobj\n");
 }
 
@@ -246,7 +224,7 @@ void StructureSection::writeCrossReference()
         + std::to_string(kEntrySize) + ">>/Prev " + std::to_string(m_written.crossReference) + "/Root "
         + std::to_string(m_written.catalog) + " 0 R/Info " + std::to_string(m_written.info) + " 0 R/ID[<"
         + m_written.fileId + "><" + m_written.fileId + ">]";
-    writeStream(dictionary, *m_compressor.compress(predicted(rows)));
+    writeStream(dictionary, predictedUp(rows, kEntrySize));
     m_file.put("startxref\n" + std::to_string(offset) + "\n%%EOF\n");
 }
 

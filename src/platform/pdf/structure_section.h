@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/pdf/compressor.h"
+#include "platform/pdf/object_stream.h"
 #include "platform/pdf/pdf_file.h"
 #include "platform/pdf/structure_tree.h"
 
@@ -30,26 +31,28 @@ public:
 private:
     int numberOf(StructureTree::Id element) const { return m_written.nextObject + int(element); }
     int parentsNumber(size_t page) const { return m_written.nextObject + int(m_tree.elements().size() + page); }
+    /// Objects of one kind share streams, because they look alike.
+    enum class Kind { Cells, Rows, Others, Parents };
+    static Kind kindOf(StructureRole role);
+
     void putElement(StructureTree::Id id);
-    void putKids(const StructureTree::Element &element, quint32 firstPage);
-    void putAttributes(StructureTree::Id id, const StructureTree::Element &element);
-    void putParents(const std::vector<StructureTree::Id> &owners);
+    void putKids(ObjectStream &out, const StructureTree::Element &element, quint32 ownPage);
+    void putKid(ObjectStream &out, const StructureTree::Kid &kid, quint32 ownPage);
+    void putAttributes(ObjectStream &out, StructureTree::Id id, const StructureTree::Element &element);
+    void putPicture(ObjectStream &out, const StructureTree::Picture &picture);
+    void putParents(size_t page);
     void putRoot();
-    void put(std::string_view text) { m_objects += text; }
-    void putNumber(qint64 number);
-    void putReference(int object);
-    void beginObject(int number);
-    void closeStream();
-    void writeStream(const std::string &dictionary, const Buffer &bytes);
+    ObjectStream &begin(Kind kind, int number);
+    void end(ObjectStream &stream);
+    void write(ObjectStream &stream);
+    void writeStream(const std::string &dictionary, const std::string &bytes);
     void writeCrossReference();
 
     const StructureTree &m_tree;
     const WrittenFile &m_written;
     Compressor &m_compressor;
     PdfFile &m_file;
-    std::string m_index; ///< of the object stream that is being filled
-    std::string m_objects;
-    std::vector<int> m_numbers; ///< of its objects
+    std::array<ObjectStream, 4> m_streams; ///< by kind
     int m_nextStream = 0;
     struct Place {
         bool isCompressed = false;
