@@ -61,6 +61,7 @@ class tst_page_composer : public test::Suite
     Q_OBJECT
 
 private Q_SLOTS:
+    void charactersWithoutGlyphAreCounted();
     void readsFormats_data();
     void readsFormats();
     void splitsRows_data();
@@ -466,6 +467,21 @@ void tst_page_composer::noColumnIsTooNarrowToEnd()
     QVERIFY(document->pageCount() < 2000);
     QCOMPARE(test::letters(*document).count(u'x'), qsizetype(1 << 20));
     QVERIFY(test::letters(*document).contains(QStringLiteral("cell199")));
+}
+
+void tst_page_composer::charactersWithoutGlyphAreCounted()
+{
+    const QString nowhere = QString::fromUcs4(U"\U0010f0f0");
+    PageComposer composer;
+    composer.startDocument({});
+    composer.writeParagraph(u"Every font has these.");
+    composer.newPage();
+    composer.writeParagraph(QString(u"a" + nowhere + u"b" + nowhere));
+    composer.newPage();
+    composer.addTable(u"2000|2000;", {}, QString(u"x|" + nowhere), kNoShade, kNoShade, TableFlow::Starts);
+    const DocumentPtr document = composer.endDocument();
+    QCOMPARE(document->notes.join(u'\n'), QStringLiteral("3 characters have no glyph in any font and show as boxes, pages 2 and 3."));
+    QVERIFY(documentText(*document).contains(nowhere));
 }
 
 QTEST_MAIN(tst_page_composer)

@@ -1,3 +1,4 @@
+#include "platform/composer/page_composer.h"
 #include "platform/pdf/pdf_writer.h"
 #include "support/document_builder.h"
 #include "support/pdf_reader.h"
@@ -42,7 +43,7 @@ Document reportDocument()
     }
     builder.document().header = {QStringLiteral("Left head"), QStringLiteral("Clinic"), QStringLiteral("Page %d"), plain, plain};
     builder.document().footer = {QStringLiteral("Printed now"), {}, QStringLiteral("ada"), plain, plain};
-    builder.document().outline = {{QStringLiteral("Room A"), 0, Twips(1440)}, {QStringLiteral("Zoë's (room)"), 2, Twips(2880)}};
+    builder.document().outline = {{QStringLiteral("Room A"), 0, Twips(1440), 0}, {QStringLiteral("Zoë's (room)"), 2, Twips(2880), 0}};
     return builder.finish();
 }
 
@@ -56,6 +57,7 @@ private Q_SLOTS:
     void lettersExtractAsTyped_data();
     void lettersExtractAsTyped();
     void halvesOfALigatureKeepTheirOrder();
+    void composedTextReadsAsTheDocumentSays();
     void pagesReadInOrder();
     void oneFaceHoldsMoreGlyphsThanCodes();
     void fontsAreEmbeddedSubsets_data();
@@ -112,6 +114,10 @@ void tst_pdf::lettersExtractAsTyped_data()
                                                     << QStringLiteral("السالم عليكم");
     QTest::newRow("left to right and right to left") << dejaVu << shaped << QStringLiteral("Room 12 שלום end") << QStringLiteral("Room 12 שלוםend");
     QTest::newRow("Hebrew") << dejaVu << shaped << QStringLiteral("שלום עולם") << QString();
+    QTest::newRow("Devanagari") << library.face(QStringLiteral("Noto Sans Devanagari"), false) << shaped << QStringLiteral("नमस्ते दुनिया") << QString();
+    QTest::newRow("Thai") << dejaVu << shaped << QStringLiteral("สวัสดีชาวโลก") << QString();
+    QTest::newRow("Chinese, Japanese, Korean") << dejaVu << shaped << QStringLiteral("臨床報告 ひらがな 한국어") << QString();
+    QTest::newRow("no font has it") << dejaVu << shaped << QString(u"a" + QString::fromUcs4(U"\U0010f0f0") + u"b") << QString();
     QTest::newRow("supplementary plane") << dejaVu << glyphs << QStringLiteral("𝔸𝔹 ok 𝕏") << QString();
     QTest::newRow("Chinese, CFF keyed by CID") << fixtureFace("cid-keyed.otf") << glyphs << QStringLiteral("臨床報告書 天地玄黄 A") << QString();
     QTest::newRow("CFF keyed by name") << fixtureFace("name-keyed.otf") << glyphs << QStringLiteral("Clinic Report é 123") << QString();
@@ -146,6 +152,22 @@ void tst_pdf::halvesOfALigatureKeepTheirOrder()
     builder.glyphParagraph(text);
     builder.document().pages[0].shaped[0].xOffsets = {300, 163, 163, 0};
     QCOMPARE(normalised(popplerText(write(builder.finish()), TextOrder::Reader)), normalised(text));
+}
+
+/// White space is normalised, since readers see lines and places where the document has cells.
+void tst_pdf::composedTextReadsAsTheDocumentSays()
+{
+    PageComposer composer;
+    composer.startDocument({});
+    for (const char16_t *words : {u"Zoë office ffi|e\u0301tude a\u030angstrom and more words than fit", u"Αθήνα|Москва",
+             u"สวัสดีชาวโลก|臨床報告書", u"한국어|Łukasz Ňěmec"})
+        composer.addTable(u"2000|2000;", u"First|Second", words, kNoShade, kNoShade, TableFlow::Continues);
+    composer.writeParagraph(u"All of it.");
+    const DocumentPtr document = composer.endDocument();
+    QCOMPARE(document->notes, QStringList());
+    const QString fileName = write(*document);
+    QCOMPARE(normalised(popplerText(fileName)), normalised(documentText(*document)));
+    QCOMPARE(normalised(mupdfText(fileName)), normalised(documentText(*document)));
 }
 
 void tst_pdf::pagesReadInOrder()

@@ -53,7 +53,14 @@ bool belongTogether(const QGlyphRun &a, const QGlyphRun &b)
     return isSameFont(a.rawFont(), b.rawFont()) && a.isRightToLeft() == b.isRightToLeft();
 }
 
+/// Whether a letter takes its marks from another font.
+bool isMixed(const QList<QGlyphRun> &runs)
+{
+    return std::ranges::any_of(runs, [&](const QGlyphRun &run) { return !belongTogether(run, runs.front()); });
+}
+
 /// Ends of the stretches of a line that one font serves in one direction, in letters of the shaped text.
+/// A letter of several fonts is a stretch of its own.
 std::vector<qsizetype> pieceEnds(const QTextLine &line, const QString &text)
 {
     std::vector<qsizetype> ends;
@@ -61,14 +68,17 @@ std::vector<qsizetype> pieceEnds(const QTextLine &line, const QString &text)
     const qsizetype end = begin + line.textLength();
     QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, text);
     std::optional<QGlyphRun> current;
+    bool wasApart = false;
     qsizetype at = begin;
     while (at < end) {
         graphemes.setPosition(at);
         const qsizetype next = std::clamp<qsizetype>(graphemes.toNextBoundary(), at + 1, end);
         const QList<QGlyphRun> runs = line.glyphRuns(int(at), int(next - at));
         if (!runs.isEmpty()) {
-            if (current && !belongTogether(*current, runs.front()))
+            const bool isApart = isMixed(runs);
+            if (current && (isApart || wasApart || !belongTogether(*current, runs.front())))
                 ends.push_back(at);
+            wasApart = isApart;
             current = runs.front();
         }
         at = next;
@@ -175,8 +185,14 @@ void LineBreaker::shapeParagraph(const QString &text, qsizetype offset, const Fo
         for (const qsizetype end : pieceEnds(line, clean)) {
             ShapedPiece piece {nullptr, offset + begin, std::min(offset + end, result.end), {}, {}, {}};
             for (const QGlyphRun &run : line.glyphRuns(int(begin), int(end - begin))) {
-                if (!piece.face)
-                    piece.face = m_fonts.face(run.rawFont());
+                const FontFacePtr used = m_fonts.face(run.rawFont());
+                if (piece.face && piece.face != used) {
+                    // Marks of another font take the last letters, one for each glyph.
+                    ShapedPiece marks {nullptr, 0, piece.end, {}, {}, {}};
+                    marks.begin = piece.end = std::max(piece.begin + 1, piece.end - run.glyphIndexes().size());
+                    result.pieces.push_back(std::exchange(piece, std::move(marks)));
+                }
+                piece.face = used;
                 const QList<quint32> glyphs = run.glyphIndexes();
                 const QList<QPointF> positions = run.positions();
                 for (qsizetype g = 0; g < glyphs.size(); ++g) {

@@ -18,6 +18,28 @@ constexpr double kSmallestFont = 1;
 constexpr double kLargestFont = 144;
 constexpr QRgb kQuietInk = 0xff6b7480;
 constexpr size_t kRunsPerPage = 512;
+constexpr size_t kPagesNamed = 5;
+
+/// The shaper sets glyph 0, a box, for a character that no font has.
+template<typename Pieces>
+int boxesIn(const Pieces &pieces)
+{
+    qsizetype count = 0;
+    for (const auto &piece : pieces)
+        count += std::ranges::count(piece.glyphs, 0u);
+    return int(count);
+}
+
+/// "page 2", "pages 2 and 5", "pages 1, 2, 3, 4, 5 and 12 more".
+QString pageList(const QStringList &pages)
+{
+    if (pages.size() == 1)
+        return QString(u"page " + pages.front());
+    const bool isLong = size_t(pages.size()) > kPagesNamed;
+    const QStringList named = isLong ? pages.first(kPagesNamed) : pages.first(pages.size() - 1);
+    const QString last = isLong ? QStringLiteral("%1 more").arg(pages.size() - named.size()) : pages.back();
+    return QString(u"pages " + named.join(QStringLiteral(", ")) + u" and " + last);
+}
 
 } // namespace
 
@@ -108,6 +130,7 @@ Twips PageComposer::widthOfColumns(Twips tableWidth, int columns)
 void PageComposer::startDocument(DocumentInfo info)
 {
     m_document = std::make_shared<Document>();
+    m_boxes.clear();
     m_document->info = std::move(info);
     const bool landscape = m_orientation == Orientation::Landscape;
     m_document->paperWidth = landscape ? kLongSide : kShortSide;
@@ -138,6 +161,7 @@ DocumentPtr PageComposer::finish(bool whole)
     m_document->header = furniture(m_header);
     m_document->footer = furniture(m_footer);
     m_document->notes += m_fonts.takeSubstitutions();
+    noteMissingGlyphs();
     m_document->isWhole = whole;
     return std::exchange(m_document, nullptr);
 }
@@ -153,6 +177,8 @@ Furniture PageComposer::furniture(const QString &parts)
     for (const Line &line : m_breaker.breakLines(parts, *face, Twips::fromPoints(m_headerFontSize), m_document->paperWidth)) {
         for (const ShapedPiece &piece : line.pieces)
             m_faceIndex(piece.face);
+        if (const int boxes = boxesIn(line.pieces); boxes > 0)
+            m_boxes.push_back({0, boxes});
     }
     return {texts.value(0), texts.value(1), texts.mid(2).join(u'|'), styled(kInk), styled(kQuietInk)};
 }
@@ -185,7 +211,7 @@ void PageComposer::newPage()
 
 void PageComposer::addOutlineEntry(const QString &title)
 {
-    m_document->outline.push_back({title, m_document->pageCount() - 1, m_y});
+    m_document->outline.push_back({title, m_document->pageCount() - 1, m_y, 0});
 }
 
 int PageComposer::pageCount() const
@@ -237,6 +263,31 @@ void PageComposer::packPage()
     last.runs.shrink_to_fit();
     last.blocks.shrink_to_fit();
     last.rects.shrink_to_fit();
+    if (const int boxes = boxesIn(last.shaped); boxes > 0)
+        m_boxes.push_back({pageCount(), boxes});
+}
+
+void PageComposer::noteMissingGlyphs()
+{
+    int count = 0;
+    QStringList pages;
+    bool isInFurniture = false;
+    for (const Boxes &boxes : m_boxes) {
+        count += boxes.count;
+        if (boxes.page > 0)
+            pages += QString::number(boxes.page);
+        isInFurniture = isInFurniture || boxes.page == 0;
+    }
+    if (count == 0)
+        return;
+    QStringList places;
+    if (!pages.isEmpty())
+        places += pageList(pages);
+    if (isInFurniture)
+        places += QStringLiteral("page header or footer");
+    m_document->notes += QString((count == 1 ? QStringLiteral("1 character has no glyph in any font and shows as a box, ")
+                                             : QStringLiteral("%1 characters have no glyph in any font and show as boxes, ").arg(count))
+        + places.join(QStringLiteral("; ")) + u'.');
 }
 
 void PageComposer::breakColumn()

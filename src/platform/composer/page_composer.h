@@ -112,6 +112,7 @@ private:
     Twips bottomLimit() const;
     void beginPage();
     void packPage();
+    void noteMissingGlyphs();
     /// Next newspaper column or page; draws the running heading there.
     void breakColumn();
     bool isAtColumnTop() const { return m_y <= m_contentTop; }
@@ -146,6 +147,11 @@ private:
     QString m_footer;
 
     std::shared_ptr<Document> m_document;
+    struct Boxes {
+        int page = 0; ///< from 1; 0: header and footer
+        int count = 0;
+    };
+    std::vector<Boxes> m_boxes; ///< where characters that no font has stand
     int m_columns = 1;
     int m_column = 0;
     Twips m_columnTop;   ///< where newspaper columns start on this page

@@ -10,11 +10,11 @@ namespace {
 
 using Object = QPDFObjectHandle;
 
-const QString kLanguage = QStringLiteral("en-US");
 const QString kRdf = QStringLiteral("http://www.w3.org/1999/02/22-rdf-syntax-ns#");
 const QString kDublinCore = QStringLiteral("http://purl.org/dc/elements/1.1/");
 const QString kXmp = QStringLiteral("http://ns.adobe.com/xap/1.0/");
 const QString kPdf = QStringLiteral("http://ns.adobe.com/pdf/1.3/");
+const QString kOwn = QStringLiteral("urn:corvane-reporter:report");
 
 /// The program alone: "Corvane Reporter 1.0" without its number.
 QString creatorOf(const QString &producer)
@@ -53,6 +53,21 @@ QString cleaned(QString text)
     return text;
 }
 
+struct OwnProperty {
+    const char *infoKey;
+    const char *xmpName;
+    QString value;
+};
+
+/// What no standard key is for.
+std::array<OwnProperty, 4> ownProperties(const FileDescription &file)
+{
+    return {OwnProperty {"/Report", "Definition", file.info.report},
+        OwnProperty {"/DateRange", "DateRange", file.info.dateRange},
+        OwnProperty {"/Complete", "Complete", file.isWhole ? QStringLiteral("yes") : QStringLiteral("no")},
+        OwnProperty {"/Tagged", "Tagged", file.tagged}};
+}
+
 class XmpWriter
 {
 public:
@@ -64,6 +79,7 @@ public:
         m_xml.writeNamespace(kDublinCore, QStringLiteral("dc"));
         m_xml.writeNamespace(kXmp, QStringLiteral("xmp"));
         m_xml.writeNamespace(kPdf, QStringLiteral("pdf"));
+        m_xml.writeNamespace(kOwn, QStringLiteral("report"));
         m_xml.writeStartElement(QStringLiteral("adobe:ns:meta/"), QStringLiteral("xmpmeta"));
         m_xml.writeStartElement(kRdf, QStringLiteral("RDF"));
         m_xml.writeStartElement(kRdf, QStringLiteral("Description"));
@@ -103,8 +119,9 @@ private:
 
 } // namespace
 
-QPDFObjectHandle infoDictionary(QPDF &pdf, const DocumentInfo &info, const QString &producer)
+QPDFObjectHandle infoDictionary(QPDF &pdf, const FileDescription &file)
 {
+    const DocumentInfo &info = file.info;
     Object dictionary = Object::newDictionary();
     const auto set = [&](const char *key, const QString &value) {
         if (!value.isEmpty())
@@ -113,8 +130,10 @@ QPDFObjectHandle infoDictionary(QPDF &pdf, const DocumentInfo &info, const QStri
     set("/Title", info.title);
     set("/Author", info.user);
     set("/Subject", subjectOf(info));
-    set("/Creator", creatorOf(producer));
-    set("/Producer", producer);
+    set("/Creator", creatorOf(file.producer));
+    set("/Producer", file.producer);
+    for (const OwnProperty &own : ownProperties(file))
+        set(own.infoKey, own.value);
     if (info.printedAt.isValid()) {
         set("/CreationDate", pdfTime(info.printedAt));
         set("/ModDate", pdfTime(info.printedAt));
@@ -122,16 +141,19 @@ QPDFObjectHandle infoDictionary(QPDF &pdf, const DocumentInfo &info, const QStri
     return pdf.makeIndirectObject(dictionary);
 }
 
-QPDFObjectHandle metadataStream(QPDF &pdf, const DocumentInfo &info, const QString &producer)
+QPDFObjectHandle metadataStream(QPDF &pdf, const FileDescription &file)
 {
+    const DocumentInfo &info = file.info;
     QByteArray xml;
     XmpWriter writer(&xml);
     writer.list(QStringLiteral("title"), QStringLiteral("Alt"), info.title);
     writer.list(QStringLiteral("creator"), QStringLiteral("Seq"), info.user);
     writer.list(QStringLiteral("description"), QStringLiteral("Alt"), subjectOf(info));
-    writer.list(QStringLiteral("language"), QStringLiteral("Bag"), kLanguage);
-    writer.property(kPdf, QStringLiteral("Producer"), producer);
-    writer.property(kXmp, QStringLiteral("CreatorTool"), creatorOf(producer));
+    writer.list(QStringLiteral("language"), QStringLiteral("Bag"), info.language);
+    writer.property(kPdf, QStringLiteral("Producer"), file.producer);
+    writer.property(kXmp, QStringLiteral("CreatorTool"), creatorOf(file.producer));
+    for (const OwnProperty &own : ownProperties(file))
+        writer.property(kOwn, QLatin1StringView(own.xmpName), own.value);
     if (info.printedAt.isValid()) {
         const QString time = info.printedAt.toOffsetFromUtc(info.printedAt.offsetFromUtc()).toString(Qt::ISODate);
         writer.property(kXmp, QStringLiteral("CreateDate"), time);

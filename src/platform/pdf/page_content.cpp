@@ -37,9 +37,12 @@ bool isStackedLeftwards(const ShapedGlyphs &shaped)
 
 } // namespace
 
-PageContent::PageContent(const Document &document, FontCodes &codes)
+PageContent::PageContent(
+    const Document &document, FontCodes &codes, const PictureObjects &pictures, PageTags *tags)
     : m_document(document)
     , m_codes(codes)
+    , m_pictures(pictures)
+    , m_tags(tags)
     , m_paperHeight(hundredthsOf(document.paperHeight.count()))
 {
 }
@@ -59,18 +62,79 @@ std::string_view PageContent::write(int pageIndex)
     m_colour = 0xff000000;
     m_size = Twips();
     m_x = m_y = 0;
+    const bool hasRects = !body.rects.empty() || !furniture.rects.empty();
+    if (m_tags && hasRects)
+        m_out.text("/Artifact<</Type/Layout>>BDC\n");
     fill(body.rects);
     fill(furniture.rects);
-    if (body.runs.empty() && furniture.runs.empty())
-        return m_out.bytes();
+    if (m_tags && hasRects)
+        m_out.text(PageTags::kEnd);
+    draw(body.pictures);
+    if (!body.runs.empty() || !furniture.runs.empty() || m_tags)
+        showText(body, furniture);
+    return m_out.bytes();
+}
+
+void PageContent::draw(const std::vector<PlacedPicture> &pictures)
+{
+    for (const PlacedPicture &placed : pictures) {
+        if (!m_pictures.holds(placed.picture))
+            continue;
+        if (m_tags)
+            m_tags->openPicture(m_out, placed);
+        m_out.text("q ");
+        m_out.number(hundredthsOf(placed.width));
+        m_out.text("0 0 ");
+        m_out.number(hundredthsOf(placed.height));
+        m_out.number(hundredthsOf(placed.x));
+        m_out.number(m_paperHeight - hundredthsOf(placed.y + placed.height));
+        m_out.text("cm /" + PictureObjects::nameOf(placed.picture) + " Do Q\n");
+        if (m_tags)
+            m_out.text(PageTags::kEnd);
+    }
+}
+
+void PageContent::showText(const Page &body, const Page &furniture)
+{
     m_out.text("BT\n");
     if (!furniture.blocks.empty())
-        show(furniture, furniture.blockRuns(0));
-    show(body, body.runs);
+        showFurniture(furniture, 0);
+    showBody(body);
     for (size_t block = 1; block < furniture.blocks.size(); ++block)
-        show(furniture, furniture.blockRuns(block));
+        showFurniture(furniture, block);
     m_out.text("ET\n");
-    return m_out.bytes();
+}
+
+void PageContent::showFurniture(const Page &furniture, size_t block)
+{
+    const std::span<const TextRun> runs = furniture.blockRuns(block);
+    if (runs.empty())
+        return;
+    if (m_tags) {
+        m_out.text(block == 0 ? "/Artifact<</Type/Pagination/Subtype/Header>>BDC\n"
+                              : "/Artifact<</Type/Pagination/Subtype/Footer>>BDC\n");
+    }
+    show(furniture, runs);
+    if (m_tags)
+        m_out.text(PageTags::kEnd);
+}
+
+void PageContent::showBody(const Page &page)
+{
+    if (!m_tags) {
+        show(page, page.runs);
+        return;
+    }
+    for (size_t block = 0; block < page.blocks.size(); ++block) {
+        m_tags->beginBlock(page, block);
+        for (std::span<const TextRun> rest = page.blockRuns(block); !rest.empty();) {
+            const size_t count = m_tags->openRuns(m_out, rest);
+            show(page, rest.first(count));
+            m_out.text(PageTags::kEnd);
+            rest = rest.subspan(count);
+        }
+    }
+    m_tags->endPage();
 }
 
 void PageContent::fill(const std::vector<FilledRect> &rects)
@@ -95,13 +159,17 @@ void PageContent::fill(const std::vector<FilledRect> &rects)
 
 void PageContent::show(const Page &page, std::span<const TextRun> runs)
 {
-    for (const TextRun &run : runs) {
+    for (size_t i = 0; i < runs.size(); ++i) {
+        const TextRun &run = runs[i];
         const TextStyle &style = m_document.styleOf(page, run);
         setColour(style.colour);
         if (run.shaped > 0) {
             showShaped(style, run, page.shaped[run.shaped - 1], page.runText(run));
         } else if (run.textLength > 0) {
-            showPlain(style, run, page.runText(run));
+            // A reader of tags joins the lines of a cell: the blank that they were broken at goes with them.
+            const bool isBroken = m_tags && i + 1 < runs.size() && runs[i + 1].column == run.column
+                && runs[i + 1].textStart > run.textStart + run.textLength;
+            showPlain(style, run, QStringView(page.text).sliced(run.textStart, run.textLength + (isBroken ? 1 : 0)));
         }
     }
 }

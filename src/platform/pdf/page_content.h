@@ -3,15 +3,17 @@
 #include "platform/composer/document.h"
 #include "platform/pdf/content_stream.h"
 #include "platform/pdf/font_codes.h"
+#include "platform/pdf/page_tags.h"
+#include "platform/pdf/picture_objects.h"
 
 namespace corvane {
 
-/// Turns pages into content streams: shades and rules first, then the text in reading order, page
-/// header before and page footer behind the body.
+/// Turns pages into content streams: shades and rules first, then pictures, then the text in reading
+/// order, page header before and page footer behind the body. With tags, all of it is marked.
 class PageContent
 {
 public:
-    PageContent(const Document &document, FontCodes &codes);
+    PageContent(const Document &document, FontCodes &codes, const PictureObjects &pictures, PageTags *tags);
 
     /// The page's operators; valid until the next call.
     std::string_view write(int pageIndex);
@@ -21,6 +23,10 @@ public:
 
 private:
     void fill(const std::vector<FilledRect> &rects);
+    void draw(const std::vector<PlacedPicture> &pictures);
+    void showText(const Page &body, const Page &furniture);
+    void showFurniture(const Page &furniture, size_t block);
+    void showBody(const Page &page);
     void show(const Page &page, std::span<const TextRun> runs);
     void showPlain(const TextStyle &style, const TextRun &run, QStringView text);
     void showShaped(const TextStyle &style, const TextRun &run, const ShapedGlyphs &shaped, QStringView text);
@@ -33,6 +39,8 @@ private:
 
     const Document &m_document;
     FontCodes &m_codes;
+    const PictureObjects &m_pictures;
+    PageTags *m_tags; ///< null: the file has no tags
     ContentStream m_out;
     qint64 m_paperHeight;
     qint64 m_x = 0; ///< start of the line in hundredths of a point, y upwards

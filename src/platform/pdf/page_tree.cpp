@@ -11,13 +11,6 @@ using Object = QPDFObjectHandle;
 /// So many pages hang on one node; two levels then serve a million pages without long lists.
 constexpr size_t kPagesPerNode = 128;
 
-Object number(qint64 hundredths)
-{
-    std::array<char, 24> text {};
-    char *end = ContentStream::putNumber(text.data(), hundredths);
-    return Object::newReal(std::string(text.data(), end));
-}
-
 Object indirectDictionary(QPDF &pdf, const char *type)
 {
     Object dictionary = Object::newDictionary();
@@ -27,14 +20,22 @@ Object indirectDictionary(QPDF &pdf, const char *type)
 
 } // namespace
 
+QPDFObjectHandle pdfNumber(qint64 hundredths)
+{
+    std::array<char, 24> text {};
+    char *end = ContentStream::putNumber(text.data(), hundredths);
+    return Object::newReal(std::string(text.data(), end));
+}
+
 PageTree::PageTree(QPDF &pdf, const Document &document)
     : m_pdf(pdf)
+    , m_paperHeight(document.paperHeight)
     , m_root(indirectDictionary(pdf, "/Pages"))
 {
     m_root.replaceKey("/MediaBox",
         Object::newArray(std::vector<Object> {Object::newInteger(0), Object::newInteger(0),
-            number(hundredthsOf(document.paperWidth.count())),
-            number(hundredthsOf(document.paperHeight.count()))}));
+            pdfNumber(hundredthsOf(document.paperWidth.count())),
+            pdfNumber(hundredthsOf(document.paperHeight.count()))}));
 }
 
 void PageTree::startNode()
@@ -45,52 +46,31 @@ void PageTree::startNode()
     m_nodes.push_back(node);
 }
 
-void PageTree::append(const QPDFObjectHandle &contents)
+QPDFObjectHandle PageTree::append()
 {
     if (m_pages.size() % kPagesPerNode == 0)
         startNode();
     Object page = indirectDictionary(m_pdf, "/Page");
     page.replaceKey("/Parent", m_nodes.back());
-    page.replaceKey("/Contents", contents);
     m_nodes.back().getKey("/Kids").appendItem(page);
     m_pages.push_back(page);
+    return page;
 }
 
-void PageTree::finish(const QPDFObjectHandle &fonts)
+void PageTree::finish(const QPDFObjectHandle &resources)
 {
     for (Object &node : m_nodes)
         node.replaceKey("/Count", Object::newInteger(node.getKey("/Kids").getArrayNItems()));
     m_root.replaceKey("/Kids", Object::newArray(m_nodes));
     m_root.replaceKey("/Count", Object::newInteger(qint64(m_pages.size())));
-    Object resources = Object::newDictionary();
-    resources.replaceKey("/Font", fonts);
     m_root.replaceKey("/Resources", m_pdf.makeIndirectObject(resources));
 }
 
-std::optional<QPDFObjectHandle> PageTree::outline(const Document &document)
+QPDFObjectHandle PageTree::destination(int page, Twips top) const
 {
-    if (document.outline.empty())
-        return std::nullopt;
-    Object outlines = indirectDictionary(m_pdf, "/Outlines");
-    std::vector<Object> items;
-    for (const OutlineEntry &entry : document.outline) {
-        const Object &page = m_pages[std::min(size_t(std::max(entry.page, 0)), m_pages.size() - 1)];
-        Object item = m_pdf.makeIndirectObject(Object::newDictionary());
-        item.replaceKey("/Title", Object::newUnicodeString(entry.title.toStdString()));
-        item.replaceKey("/Parent", outlines);
-        item.replaceKey("/Dest",
-            Object::newArray(std::vector<Object> {page, Object::newName("/XYZ"), Object::newNull(),
-                number(hundredthsOf((document.paperHeight - entry.top).count())), Object::newNull()}));
-        if (!items.empty()) {
-            item.replaceKey("/Prev", items.back());
-            items.back().replaceKey("/Next", item);
-        }
-        items.push_back(item);
-    }
-    outlines.replaceKey("/First", items.front());
-    outlines.replaceKey("/Last", items.back());
-    outlines.replaceKey("/Count", Object::newInteger(qint64(items.size())));
-    return outlines;
+    const size_t index = std::min(size_t(std::max(page, 0)), m_pages.size() - 1);
+    return Object::newArray(std::vector<Object> {m_pages[index], Object::newName("/XYZ"), Object::newNull(),
+        pdfNumber(hundredthsOf((m_paperHeight - top).count())), Object::newNull()});
 }
 
 } // namespace corvane

@@ -45,6 +45,7 @@ void PdfFile::write(const unsigned char *data, size_t size)
 {
     if (m_waiting.size() + size > kBlock)
         flush();
+    m_size += qint64(size);
     m_waiting.append(reinterpret_cast<const char *>(data), size);
 }
 

@@ -5,6 +5,7 @@
 #include <qpdf/Pipeline.hh>
 
 #include <string>
+#include <string_view>
 
 namespace corvane {
 
@@ -18,6 +19,9 @@ public:
 
     void write(const unsigned char *data, size_t size) override;
     void finish() override;
+    void put(std::string_view bytes) { write(reinterpret_cast<const unsigned char *>(bytes.data()), bytes.size()); }
+    /// Bytes written so far.
+    qint64 size() const { return m_size; }
     void commit();
 
 private:
@@ -26,6 +30,7 @@ private:
 
     QSaveFile m_file;
     std::string m_waiting;
+    qint64 m_size = 0;
     QString m_failure;
 };
 

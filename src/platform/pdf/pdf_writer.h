@@ -8,8 +8,14 @@
 
 namespace corvane {
 
+/// Whether a file says in which order its headings, paragraphs and cells are read. That takes room and
+/// time for every cell, so long documents do without unless asked.
+enum class PdfTagging { ShortDocuments, Always, Never };
+inline constexpr int kShortDocument = 500; ///< pages
+
 struct PdfOptions {
     QString producer = QStringLiteral("Corvane Reporter 1.0");
+    PdfTagging tagging = PdfTagging::ShortDocuments;
 };
 
 /// A PDF that could not be written; the words name the file and the cause.
@@ -24,7 +30,7 @@ private:
 };
 
 /// Writes the document as PDF 1.7 (ISO 32000-1): real text, fonts embedded as subsets, one page for
-/// each of the document's. Written beside the target and renamed into place, so that a failure leaves
+/// each of the document's, tagged as the options say. Written beside the target and renamed into place, so that a failure leaves
 /// an older file as it was. The same document gives the same bytes, dates and id aside.
 /// @throws PdfError when the document is not whole or the file cannot be written.
 void writePdf(const Document &document, const QString &fileName, const PdfOptions &options = {});
