@@ -134,6 +134,17 @@ RunResult ReportRun::runByKind()
     }
 }
 
+WorkbookOptions ReportRun::workbookOptions() const
+{
+    WorkbookOptions options;
+    options.title = m_document ? m_document->info.title : QString();
+    options.author = m_state.gUserID;
+    options.writtenAt = m_host.now();
+    options.sheetName = QFileInfo(m_state.gRptFile).completeBaseName();
+    options.style = m_style;
+    return options;
+}
+
 RunResult ReportRun::refuseDesigned()
 {
     m_host.message(QStringLiteral("\"%1\" is not a tabular report, and this version shows tabular reports only. "

@@ -2,6 +2,7 @@
 
 #include "platform/composer/page_composer.h"
 #include "platform/grid/data_control.h"
+#include "platform/workbook/workbook_writer.h"
 #include "shared/report_host.h"
 #include "shared/reportr.h"
 #include "tabular/getrs.h"
@@ -41,6 +42,8 @@ public:
     /// A document that may be printed and saved.
     bool hasWholeDocument() const { return m_document && m_document->isWhole; }
 
+    /// What a workbook made of the data control says about itself.
+    WorkbookOptions workbookOptions() const;
     const DataControl &dataControl() const { return m_adodc1; }
     const RunTimings &timings() const { return m_timings; }
 

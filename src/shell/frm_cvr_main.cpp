@@ -2,11 +2,12 @@
 
 #include "dialogs/frm_def_dates.h"
 #include "dialogs/frmspatnt.h"
+#include "export/print_document.h"
+#include "export/save_excel.h"
 #include "export/save_pdf.h"
 #include "platform/controls/date_field.h"
 #include "platform/controls/flood_panel.h"
 #include "platform/controls/ribbon_button.h"
-#include "platform/desktop/desktop.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_bar.h"
 #include "session/report_list.h"
@@ -34,7 +35,7 @@ const QString kTitle = QStringLiteral("Corvane");
 /// Features whose buttons stay off until they are part of the program.
 constexpr bool isThere(int button)
 {
-    return button != PropertiesButton && button != ExcelButton;
+    return button != PropertiesButton;
 }
 
 QString counted(qint64 count, const QString &one, const QString &many)
@@ -52,10 +53,10 @@ QString summaryOf(qint64 pages, qint64 rows)
 
 frmCVRMain::frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLocale &locale)
     : m_state(state)
-    , m_desktop(desktop)
+    , m_gate(new InputGate(this))
+    , m_desktop(desktop, *m_gate)
     , m_clock(std::move(clock))
     , m_run(state, *this, *this, locale)
-    , m_gate(new InputGate(this))
 {
     setObjectName(QStringLiteral("frmCVRMain"));
     setWindowTitle(tr("Corvane Reporter"));
@@ -66,17 +67,6 @@ frmCVRMain::frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLoc
     buildStatusBar();
     connectDates();
     resize(1240, 820);
-}
-
-/// Lets a dialog be answered, in the middle of a run too.
-template <typename Call>
-void frmCVRMain::withInput(Call call)
-{
-    const bool running = m_gate->isClosed();
-    m_gate->open();
-    call();
-    if (running)
-        m_gate->close();
 }
 
 bool frmCVRMain::Form_Load(const SingleInstance &instance)
@@ -161,6 +151,9 @@ void frmCVRMain::btnvp_Click(int index)
     case PatientButton:
         selectPatient();
         break;
+    case ExcelButton:
+        mnuExcel_Click();
+        break;
     case RefreshButton:
         runReportWith([&] { return m_run.runReport(); });
         break;
@@ -195,9 +188,49 @@ void frmCVRMain::mnuOpen_Click()
     runReportWith([&] { return m_run.openReport(file); });
 }
 
+void frmCVRMain::mnuFPrint_Click()
+{
+    exportWith([this] {
+        m_stopQuestion = tr("Do you want to stop printing?");
+        PrintOptions options {vp->currentPage(), [this](int page, int pageCount) {
+            showProgress(100 * page / pageCount);
+            return !stopRequested();
+        }};
+        if (const auto printed = printDocument(m_desktop, m_run.document(), options))
+            showNotes(printed->notes);
+    });
+}
+
 void frmCVRMain::mnuAdobe_Click()
 {
-    savepdf(m_desktop, m_run.document(), m_state.programFolder);
+    exportWith([this] { savepdf(m_desktop, m_run.document(), m_state.programFolder); });
+}
+
+void frmCVRMain::mnuExcel_Click()
+{
+    exportWith([this] {
+        m_stopQuestion = tr("Do you want to stop saving?");
+        SaveExcel(m_desktop, *this, m_run.dataControl(), m_run.workbookOptions(), m_state.programFolder);
+    });
+}
+
+/// Nothing but repainting, Escape and the call's own dialogs is served while it runs.
+template <typename Call>
+void frmCVRMain::exportWith(Call call)
+{
+    if (m_gate->isClosed())
+        return;
+    m_gate->takeEscape();
+    m_gate->close();
+    try {
+        call();
+    } catch (const WorkbookError &error) {
+        message(error.message(), MessageFlags::Exclamation, kTitle);
+    }
+    m_gate->open();
+    showProgress(0);
+    if (m_gate->takeCloseWish())
+        close();
 }
 
 /// Nothing but repainting and Escape is served while the call runs.
@@ -206,6 +239,7 @@ void frmCVRMain::runReportWith(Call call)
 {
     if (m_gate->isClosed())
         return;
+    m_stopQuestion = tr("Do you want to stop this report?");
     m_gate->takeEscape();
     m_gate->close();
     const RunResult result = call();
@@ -223,16 +257,18 @@ void frmCVRMain::showDocument()
     if (document != vp->document())
         vp->setDocument(document);
     m_summary->setText(document ? summaryOf(document->pageCount(), m_run.timings().rows) : QString());
-    const QStringList notes = document ? document->notes : QStringList();
+    showNotes(document ? document->notes : QStringList());
+}
+
+void frmCVRMain::showNotes(const QStringList &notes)
+{
     m_notes->setText(notes.isEmpty() ? QString() : notes.size() == 1 ? notes.front() : tr("%1 notes: %2").arg(notes.size()).arg(notes.front()));
     m_notes->setToolTip(notes.join(u'\n'));
 }
 
 MessageAnswer frmCVRMain::message(const QString &text, int flags, const QString &title)
 {
-    MessageAnswer answer = MessageAnswer::Ok;
-    withInput([&] { answer = m_desktop.message(text, flags, title); });
-    return answer;
+    return m_desktop.message(text, flags, title);
 }
 
 void frmCVRMain::enableButton(int index, bool enabled)
@@ -248,8 +284,10 @@ void frmCVRMain::enableMenu(ReportMenu menu, bool enabled)
         mnuFSendTo->setEnabled(enabled);
         break;
     case ReportMenu::mnuFPrint:
+        mnuFPrint->setEnabled(enabled);
+        break;
     case ReportMenu::mnuFProps:
-        break; // off until printing and properties are part of the program
+        break; // off until properties are part of the program
     }
 }
 
@@ -282,7 +320,7 @@ bool frmCVRMain::stopRequested()
 {
     if (!m_gate->takeEscape())
         return false;
-    return message(tr("Do you want to stop this report?"), MessageFlags::YesNo, kTitle) == MessageAnswer::Yes;
+    return message(m_stopQuestion, MessageFlags::YesNo, kTitle) == MessageAnswer::Yes;
 }
 
 DateEntry frmCVRMain::dateFrom() const
@@ -309,12 +347,14 @@ void frmCVRMain::resetDates()
 
 void frmCVRMain::askDateRange(ReportHost &host)
 {
-    withInput([&] { frmDefDates(host, *this, m_state.gDateOrder, [this] { return m_clock().date(); }, this).exec(); });
+    const InputGate::Opened opened(*m_gate);
+    frmDefDates(host, *this, m_state.gDateOrder, [this] { return m_clock().date(); }, this).exec();
 }
 
 void frmCVRMain::askPatient()
 {
-    withInput([&] { frmspatnt(m_state, *this, this).exec(); });
+    const InputGate::Opened opened(*m_gate);
+    frmspatnt(m_state, *this, this).exec();
 }
 
 } // namespace corvane

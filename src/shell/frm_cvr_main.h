@@ -3,6 +3,7 @@
 #include "render/report_run.h"
 #include "shared/report_host.h"
 #include "shared/reportr.h"
+#include "shell/gated_desktop.h"
 
 #include <QtWidgets/QMainWindow>
 
@@ -16,7 +17,6 @@ class QSplitter;
 namespace corvane {
 
 class DateField;
-class Desktop;
 class FloodPanel;
 class InputGate;
 class Preview;
@@ -77,20 +77,24 @@ private:
     void changeDates();
     void selectPatient();
     void mnuOpen_Click();
+    void mnuFPrint_Click();
     void mnuAdobe_Click();
+    void mnuExcel_Click();
 
     template <typename Call>
     void runReportWith(Call call);
     template <typename Call>
-    void withInput(Call call);
+    void exportWith(Call call);
     void showDocument();
+    void showNotes(const QStringList &notes);
 
     Reportr &m_state;
-    Desktop &m_desktop;
+    InputGate *m_gate;
+    GatedDesktop m_desktop;
     Clock m_clock;
     ReportRun m_run;
     QString m_lastFolder;
-    InputGate *m_gate;
+    QString m_stopQuestion; ///< what Escape asks while the program is busy
     std::array<bool, kToolButtonCount> m_wanted {};
 
     std::array<RibbonButton *, kToolButtonCount> btnvp {};

@@ -42,7 +42,7 @@ constexpr std::array<ToolButtonLook, kToolButtonCount> kLooks {{
         QT_TRANSLATE_NOOP("frmCVRMain", "Report properties come with a later version")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Refresh"), "refresh", QT_TRANSLATE_NOOP("frmCVRMain", "Run the report again")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Save to Excel"), "excel",
-        QT_TRANSLATE_NOOP("frmCVRMain", "Saving to Excel comes with a later version")},
+        QT_TRANSLATE_NOOP("frmCVRMain", "Save the report's rows as an Excel workbook")},
 }};
 
 QWidget *growingSpace()
@@ -114,14 +114,16 @@ void frmCVRMain::buildMenus()
     QMenu *mnuFile = menuBar()->addMenu(tr("&File"));
     mnuFile->setToolTipsVisible(true);
     mnuFPrint = addMenuItem(mnuFile, u"mnuFPrint", tr("&Print"));
-    later(mnuFPrint);
+    mnuFPrint->setShortcut(QKeySequence::Print);
+    connect(mnuFPrint, &QAction::triggered, this, &frmCVRMain::mnuFPrint_Click);
     QMenu *sendTo = mnuFile->addMenu(tr("&Send to.."));
     sendTo->setToolTipsVisible(true);
     mnuFSendTo = sendTo->menuAction();
     mnuFSendTo->setObjectName(QStringLiteral("mnuFSendTo"));
     QAction *mnuAdobe = addMenuItem(sendTo, u"mnuAdobe", tr("&Adobe PDF File"));
     connect(mnuAdobe, &QAction::triggered, this, &frmCVRMain::mnuAdobe_Click);
-    later(addMenuItem(sendTo, u"mnuExcel", tr("&Excel Spreadsheet")));
+    QAction *mnuExcel = addMenuItem(sendTo, u"mnuExcel", tr("&Excel Spreadsheet"));
+    connect(mnuExcel, &QAction::triggered, this, &frmCVRMain::mnuExcel_Click);
     mnuFProps = addMenuItem(mnuFile, u"mnuFProps", tr("&Report Properties"));
     later(mnuFProps);
     mnuFile->addSeparator()->setObjectName(QStringLiteral("mnuFsep1"));

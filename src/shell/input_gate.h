@@ -20,6 +20,28 @@ public:
     void open();
     bool isClosed() const { return m_closed; }
 
+    /// Opens a closed gate for as long as it lives.
+    class Opened
+    {
+    public:
+        explicit Opened(InputGate &gate)
+            : m_gate(gate)
+            , m_wasClosed(gate.isClosed())
+        {
+            m_gate.open();
+        }
+        ~Opened()
+        {
+            if (m_wasClosed)
+                m_gate.close();
+        }
+        Q_DISABLE_COPY_MOVE(Opened)
+
+    private:
+        InputGate &m_gate;
+        bool m_wasClosed;
+    };
+
     /// Serves what is waiting, at most about twenty times a second.
     void serve();
 

@@ -7,6 +7,7 @@
 #include "shell/frm_reportr_logon.h"
 #include "shell/report_list_view.h"
 #include "shell/single_instance.h"
+#include "printing/print_server.h"
 #include "support/demo_folder.h"
 #include "support/modal_answers.h"
 #include "support/suite.h"
@@ -20,6 +21,9 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QSplitter>
+
+#include <csignal>
+#include <sys/resource.h>
 
 using namespace corvane;
 
@@ -58,6 +62,23 @@ void answerRange(QDialog &dialog, const char *from, const char *to)
     type(child(dialog, "DateTo"), to);
     click(child(dialog, "Command1"));
 }
+
+/// No file of this process grows beyond a few bytes while this lives, as on a full disk.
+class SmallFiles
+{
+public:
+    SmallFiles()
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit small {512, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~SmallFiles() { setrlimit(RLIMIT_FSIZE, &m_before); }
+
+private:
+    rlimit m_before {};
+};
 
 /// A program on a folder, with its modal dialogs answered in order.
 struct Program {
@@ -132,6 +153,10 @@ private Q_SLOTS:
     void typedDatesMustBeWhole();
     void opensByPath();
     void savesAsPdf();
+    void savesAsExcel_data();
+    void savesAsExcel();
+    void aWorkbookThatCannotBeWrittenIsTold();
+    void printsOnTheChosenPrinter();
     void refusesToSaveWhatIsIncomplete();
     void servesOnlyEscapeWhileRunning();
     void closingWhileRunningHappensAfterwards();
@@ -386,6 +411,79 @@ void tst_main_window::savesAsPdf()
     QVERIFY(!QFile::exists(file)); // "No" writes nothing
 }
 
+void tst_main_window::savesAsExcel_data()
+{
+    QTest::addColumn<bool>("menu");
+    QTest::newRow("by the button") << false;
+    QTest::newRow("by the menu") << true;
+}
+
+void tst_main_window::savesAsExcel()
+{
+    QFETCH(bool, menu);
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    const auto save = [&](const QString &name) {
+        program.modal.drive([&, name](QDialog &dialog) {
+            auto *files = qobject_cast<QFileDialog *>(&dialog);
+            files->setDirectory(m_demo.path());
+            files->findChild<QLineEdit *>()->setText(name);
+            QMetaObject::invokeMethod(files, "accept");
+        });
+        program.modal.press(QMessageBox::Ok);
+        program.modal.press(QMessageBox::No);
+        if (menu)
+            program.menu("mnuExcel")->trigger();
+        else
+            click(program.button(ExcelButton));
+    };
+    save(QStringLiteral("phones"));
+    QVERIFY(QFileInfo(m_demo.file(QStringLiteral("phones.xls"))).size() > 0);
+    QFile::remove(m_demo.file(QStringLiteral("phones.xls")));
+    QCOMPARE(program.modal.messages()[0].text, QStringLiteral("Save to excel file, successful."));
+    QCOMPARE(program.modal.messages()[1].title, QStringLiteral("Open Excel"));
+}
+
+void tst_main_window::aWorkbookThatCannotBeWrittenIsTold()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    m_demo.write(QStringLiteral("rows.xls"), "older");
+    program.modal.drive([&](QDialog &dialog) {
+        auto *files = qobject_cast<QFileDialog *>(&dialog);
+        files->setOption(QFileDialog::DontConfirmOverwrite);
+        files->selectFile(m_demo.file(QStringLiteral("rows.xls")));
+        QMetaObject::invokeMethod(files, "accept");
+    });
+    program.modal.press(QMessageBox::Ok);
+    {
+        const SmallFiles full;
+        click(program.button(ExcelButton));
+    }
+    QVERIFY2(program.modal.messages()[0].text.contains(QStringLiteral("rows.xls")), qPrintable(program.modal.messages()[0].text));
+    QCOMPARE(m_demo.read(QStringLiteral("rows.xls")), QByteArray("older"));
+    QVERIFY(program.button(ExcelButton)->isEnabled());
+}
+
+void tst_main_window::printsOnTheChosenPrinter()
+{
+    test::PrintServer server;
+    server.addQueue(QStringLiteral("Morning"), true, test::letterPrinter());
+    QCOMPARE(server.start(), QString());
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    program.modal.drive([](QDialog &dialog) { dialog.accept(); });
+    QVERIFY(program.menu("mnuFPrint")->isEnabled());
+    program.menu("mnuFPrint")->trigger();
+    std::optional<test::PrintedJob> job;
+    QTRY_VERIFY_WITH_TIMEOUT((job = server.takeJob()), 20'000);
+    QVERIFY2(job->title.contains(QStringLiteral("Phone")), qPrintable(job->title));
+    server.stop();
+}
+
 void tst_main_window::refusesToSaveWhatIsIncomplete()
 {
     m_demo.write(QStringLiteral("Reports/broken.rpt"), test::providerList().replace("last_name", "nothing"));
@@ -466,11 +564,9 @@ void tst_main_window::featuresToComeSayThatTheyAreOff()
     Program program(m_demo.path());
     QVERIFY(program.startLoggedOn());
     program.clickReport(QStringLiteral("Phone list.rpt"));
-    for (const int index : {int(PropertiesButton), int(ExcelButton)}) {
-        QVERIFY(!program.button(index)->isEnabled());
-        QVERIFY(program.button(index)->toolTip().contains(QStringLiteral("later version")));
-    }
-    for (const char *name : {"mnuFPrint", "mnuExcel", "mnuFProps", "mnuHContents", "mnuHAbout"})
+    QVERIFY(!program.button(PropertiesButton)->isEnabled());
+    QVERIFY(program.button(PropertiesButton)->toolTip().contains(QStringLiteral("later version")));
+    for (const char *name : {"mnuFProps", "mnuHContents", "mnuHAbout"})
         QVERIFY(!program.menu(name)->isEnabled());
     const QStringList captions {QStringLiteral("Exit"), QStringLiteral("Change Report Dates"), QStringLiteral("Save to PDF"),
         QStringLiteral("Select Patient"), QStringLiteral("Properties"), QStringLiteral("Refresh"), QStringLiteral("Save to Excel")};

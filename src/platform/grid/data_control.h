@@ -4,6 +4,9 @@
 
 namespace corvane {
 
+/// What a user is told who wants to save the rows of an empty data control.
+inline const QString kNoRowsToSave = QStringLiteral("There are no rows to save. Run a report that shows some, then save it again.");
+
 /// The data control: one query on one connection text, and the rows it gave when last refreshed.
 /// The grid that the spreadsheet export saves shows these rows.
 class DataControl
@@ -19,6 +22,8 @@ public:
     /// query it has just answered, else through a connection of its own. @throws DatabaseError
     void refresh(Connection *shared, const DriverSettings &settings);
 
+    /// No rows to save: never refreshed, or refreshed and none came.
+    bool isEmpty() const { return !m_rowset || m_rowset->rowCount() == 0; }
     /// Null until refreshed.
     const RowsetPtr &rowset() const { return m_rowset; }
     /// Drops query and rows; the connection text stays.
