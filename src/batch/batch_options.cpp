@@ -3,6 +3,7 @@
 #include "platform/dates/date_text.h"
 
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QFileInfo>
 
 namespace corvane {
 
@@ -30,7 +31,10 @@ void addOptions(QCommandLineParser &parser)
     add(u"select", u"VALUE");
     add(u"select-all", nullptr);
     add(u"pdf", u"FILE");
+    add(u"tagged", nullptr);
+    add(u"xls", u"FILE");
     add(u"text", u"FILE");
+    add(u"print", u"QUEUE");
     add(u"timings", nullptr);
     add(u"help", nullptr);
 }
@@ -43,6 +47,22 @@ QString readDate(const QCommandLineParser &parser, const QString &name, int date
     const QString text = parser.value(name);
     date = readDate(text, dateOrderOf(dateOrder));
     return date ? QString() : QStringLiteral("--%1 \"%2\" is no date; write it as yyyy-mm-dd.").arg(name, text);
+}
+
+/// A sentence when two outputs would overwrite each other.
+QString sameFileFault(const BatchOptions &options)
+{
+    QHash<QString, QString> optionOf;
+    for (const auto &[option, file] : {std::pair(QStringLiteral("--pdf"), options.pdfFile),
+             {QStringLiteral("--xls"), options.xlsFile}, {QStringLiteral("--text"), options.textFile}}) {
+        if (file.isEmpty())
+            continue;
+        QString &first = optionOf[QFileInfo(file).absoluteFilePath()];
+        if (!first.isEmpty())
+            return QStringLiteral("%1 and %2 name the same file.").arg(first, option);
+        first = option;
+    }
+    return {};
 }
 
 } // namespace
@@ -69,12 +89,17 @@ std::variant<BatchOptions, UsageFault> parseBatchOptions(const QStringList &argu
     options.patient = parser.value(QStringLiteral("patient"));
     options.passwordFromInput = parser.isSet(QStringLiteral("password-stdin"));
     options.pdfFile = parser.value(QStringLiteral("pdf"));
+    options.tagged = parser.isSet(QStringLiteral("tagged"));
+    options.xlsFile = parser.value(QStringLiteral("xls"));
     options.textFile = parser.value(QStringLiteral("text"));
+    options.printQueue = parser.value(QStringLiteral("print"));
     options.timings = parser.isSet(QStringLiteral("timings"));
     if (options.user.isEmpty())
         return UsageFault {QStringLiteral("--user ID is missing.")};
-    if (!options.pdfFile.isEmpty() && options.pdfFile == options.textFile)
-        return UsageFault {QStringLiteral("--pdf and --text name the same file.")};
+    if (options.tagged && options.pdfFile.isEmpty())
+        return UsageFault {QStringLiteral("--tagged needs --pdf FILE.")};
+    if (const QString fault = sameFileFault(options); !fault.isEmpty())
+        return UsageFault {fault};
     options.select = parser.values(QStringLiteral("select"));
     options.selectAll = parser.isSet(QStringLiteral("select-all"));
     if (options.selectAll && !options.select.isEmpty())
@@ -93,7 +118,7 @@ QString batchUsage()
         "corvane-batch run REPORT [--folder DIR] --user ID [--password-stdin] [RecSrcTrue]\n"
         "    [--from DATE] [--to DATE] [--patient ID]\n"
         "    [--date1 DATE] [--date2 DATE] [--select VALUE]... | --select-all\n"
-        "    [--pdf FILE] [--text FILE] [--timings]\n"
+        "    [--pdf FILE [--tagged]] [--xls FILE] [--text FILE] [--print QUEUE] [--timings]\n"
         "\n"
         "REPORT     a name from the list of reports, or a path to a report file\n"
         "--folder   the program folder, which holds corvane.ini; default: the program's own\n"
@@ -103,7 +128,9 @@ QString batchUsage()
         "--patient  the patient's id, for a report that asks for one\n"
         "--date1 --date2 --select --select-all  answers to a report's own date and\n"
         "           selection questions; default of the dates: the report's own\n"
-        "--pdf --text  the files to write\n"
+        "--pdf --xls --text  the files to write: PDF, Excel workbook, plain text\n"
+        "--tagged   the PDF has tags for screen readers however long it is\n"
+        "--print    the printer to print on\n"
         "--timings  one line with the stages' times on standard error\n"
         "\n"
         "Exit status: 0 done, 1 the report failed, 2 usage or a missing answer,\n"

@@ -24,7 +24,10 @@ struct BatchOptions {
     QStringList select; ///< hidden values chosen from a selection's list
     bool selectAll = false;
     QString pdfFile;
+    bool tagged = false; ///< the PDF has tags however long it is
+    QString xlsFile;
     QString textFile;
+    QString printQueue; ///< name of a printer; empty: nothing is printed
     bool timings = false;
 };
 

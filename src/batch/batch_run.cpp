@@ -5,6 +5,8 @@
 #include "definitions/tabular_definition.h"
 #include "platform/database/error.h"
 #include "platform/pdf/pdf_writer.h"
+#include "platform/printing/print_error.h"
+#include "platform/printing/print_queue.h"
 #include "render/report_run.h"
 #include "session/logon.h"
 #include "session/patient_search.h"
@@ -70,6 +72,12 @@ QString writeText(const Document &document, QSaveFile &file)
     return {};
 }
 
+void printNotes(const QStringList &notes)
+{
+    for (const QString &note : notes)
+        printError(note);
+}
+
 class BatchJob
 {
 public:
@@ -97,9 +105,8 @@ public:
         const RunResult result = hasFolder(m_options.report) ? m_run.openReport(path) : m_run.openListed(path);
         if (result != RunResult::Done || !m_run.hasWholeDocument())
             return ExitStatus::ReportFailed;
-        for (const QString &note : m_run.document()->notes)
-            printError(note);
-        const QString fault = writeFiles();
+        printNotes(m_run.document()->notes);
+        const QString fault = deliver();
         if (!fault.isEmpty()) {
             printError(fault);
             return ExitStatus::ReportFailed;
@@ -142,35 +149,74 @@ private:
         }
     }
 
-    /// Empty when all files stand; otherwise none of them does, and the sentence says why.
-    QString writeFiles()
+    /// Empty when everything asked for is done; otherwise no file of this run is left, and the sentence says why.
+    QString deliver()
     {
         QSaveFile text(m_options.textFile);
-        if (!m_options.textFile.isEmpty()) {
-            const QString cause = writeText(*m_run.document(), text);
-            if (!cause.isEmpty())
-                return textFault(cause);
+        QStringList written;
+        QString fault = m_options.textFile.isEmpty() ? QString() : textFault(writeText(*m_run.document(), text));
+        if (fault.isEmpty())
+            fault = writeBinaries(written);
+        if (fault.isEmpty())
+            fault = print();
+        if (fault.isEmpty() && !m_options.textFile.isEmpty() && !text.commit())
+            fault = textFault(text.errorString());
+        if (!fault.isEmpty()) {
+            for (const QString &file : std::as_const(written))
+                QFile::remove(file);
         }
-        if (!m_options.pdfFile.isEmpty()) {
-            QElapsedTimer timer;
-            timer.start();
-            try {
-                writePdf(*m_run.document(), m_options.pdfFile);
-            } catch (const PdfError &error) {
-                return error.message();
+        return fault;
+    }
+
+    QString writeBinaries(QStringList &written)
+    {
+        try {
+            if (!m_options.pdfFile.isEmpty()) {
+                PdfOptions options;
+                options.tagging = m_options.tagged ? PdfTagging::Always : PdfTagging::ShortDocuments;
+                m_pdfMs = timed([&] { writePdf(*m_run.document(), m_options.pdfFile, options); });
+                written += m_options.pdfFile;
             }
-            m_pdfMs = timer.elapsed();
-        }
-        if (!m_options.textFile.isEmpty() && !text.commit()) {
-            QFile::remove(m_options.pdfFile);
-            return textFault(text.errorString());
+            if (!m_options.xlsFile.isEmpty()) {
+                if (m_run.dataControl().isEmpty())
+                    return kNoRowsToSave;
+                WorkbookNotes notes;
+                m_xlsMs = timed([&] { notes = writeWorkbook(*m_run.dataControl().rowset(), m_options.xlsFile, m_run.workbookOptions()); });
+                written += m_options.xlsFile;
+                printNotes(notes.sentences());
+            }
+        } catch (const PdfError &error) {
+            return error.message();
+        } catch (const WorkbookError &error) {
+            return error.message();
         }
         return {};
     }
 
+    QString print()
+    {
+        if (m_options.printQueue.isEmpty())
+            return {};
+        try {
+            printNotes(printToQueue(*m_run.document(), m_options.printQueue).notes);
+            return {};
+        } catch (const PrintError &error) {
+            return error.message();
+        }
+    }
+
+    template <typename Work>
+    static qint64 timed(Work work)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        work();
+        return timer.elapsed();
+    }
+
     QString textFault(const QString &cause) const
     {
-        return QStringLiteral("\"%1\" cannot be written: %2.").arg(QDir::toNativeSeparators(m_options.textFile), cause);
+        return cause.isEmpty() ? QString() : QStringLiteral("\"%1\" cannot be written: %2.").arg(QDir::toNativeSeparators(m_options.textFile), cause);
     }
 
     void printTimings() const
@@ -180,7 +226,7 @@ private:
                        .arg(timings.queryMs)
                        .arg(timings.composeMs)
                        .arg(m_pdfMs)
-                       .arg(0)
+                       .arg(m_xlsMs)
                        .arg(timings.rows)
                        .arg(m_run.document()->pageCount())
                        .arg(peakMemoryKiB()));
@@ -191,6 +237,7 @@ private:
     ConsoleHost m_host;
     ReportRun m_run;
     qint64 m_pdfMs = 0;
+    qint64 m_xlsMs = 0;
 };
 
 } // namespace

@@ -79,10 +79,11 @@ void tst_batch::init()
 void tst_batch::writesTheFilesAskedFor()
 {
     const Outcome outcome = batch(QStringLiteral(
-        "run \"Daily schedule\" --user nora --from 2026-11-02 --to 11/02/2026 --pdf out.pdf --text out.txt --timings"));
+        "run \"Daily schedule\" --user nora --from 2026-11-02 --to 11/02/2026 --pdf out.pdf --xls out.xls --text out.txt --timings"));
     QVERIFY2(outcome.status == 0, qPrintable(outcome.errors));
     QVERIFY(output(QStringLiteral("out.pdf")).startsWith("%PDF-1.7"));
     QVERIFY(output(QStringLiteral("out.txt")).startsWith("Dates of Report: 11/02/2026 to 11/02/2026\n\n"));
+    QVERIFY(output(QStringLiteral("out.xls")).startsWith("\xd0\xcf\x11\xe0"));
     const QRegularExpression timings(QStringLiteral(
         "^query_ms=\\d+ compose_ms=\\d+ pdf_ms=\\d+ xls_ms=\\d+ rows=\\d+ pages=\\d+ peak_rss_kib=\\d+\n$"));
     QVERIFY2(timings.match(outcome.errors).hasMatch(), qPrintable(outcome.errors));
@@ -166,6 +167,11 @@ void tst_batch::leavesNoFileBehindAFailure_data()
     QTest::newRow("a NUL byte ends the definition") << QByteArray("\0", 1) + list << QStringLiteral("--pdf out.pdf --text out.txt") << QString();
     QTest::newRow("text into a missing folder") << list << QStringLiteral("--pdf out.pdf --text none/out.txt") << QStringLiteral("cannot be written");
     QTest::newRow("PDF into a missing folder") << list << QStringLiteral("--pdf none/out.pdf --text out.txt") << QStringLiteral("out.pdf");
+    QTest::newRow("workbook into a missing folder") << list << QStringLiteral("--pdf out.pdf --xls none/out.xls") << QStringLiteral("out.xls");
+    QTest::newRow("a workbook without rows") << QByteArray(list).replace("ORDER BY", "WHERE 1 = 0 ORDER BY")
+                                             << QStringLiteral("--pdf out.pdf --xls out.xls") << QStringLiteral("There are no rows to save.");
+    QTest::newRow("a printer that is not there") << list << QStringLiteral("--pdf out.pdf --text out.txt --print Nowhere")
+                                                 << QStringLiteral("There is no printer \"Nowhere\"");
     QTest::newRow("PDF over a folder") << list << QStringLiteral("--pdf . --text out.txt") << QString();
 }
 

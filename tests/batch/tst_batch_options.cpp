@@ -49,7 +49,7 @@ void tst_batch_options::namesWhatIsWrong_data()
     row("b run a --user u --what", "what");
     row("b run a --user u --from 2026-02-30", "--from \"2026-02-30\" is no date");
     row("b run a --user u --to tomorrow", "--to \"tomorrow\" is no date");
-    row("b run a --user u --pdf x --text x", "the same file");
+    row("b run a --user u --xls x --text ./x", "--xls and --text name the same file");
     row("b run a --user u --date1 never", "--date1 \"never\" is no date");
     row("b run a --user u --select x --select-all", "exclude each other");
     row("b run a --user", "user");
