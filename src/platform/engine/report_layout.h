@@ -75,8 +75,9 @@ struct SubreportLink {
     ExpressionPtr value;
 };
 
-/// One field of a section. The frame counts from the section's upper left corner; which of the members
-/// below `hideDuplicates` mean something depends on the kind.
+/// One field of a section. The frame counts from the section's upper left corner and never reaches beyond the
+/// section's right edge or height; which of the members below `hideDuplicates` mean something depends on the
+/// kind. A Line is its frame filled with look.colour: one of width and height is the line's thickness.
 struct Field {
     FieldKind kind = FieldKind::Label;
     QString name;
