@@ -4,14 +4,17 @@
 
 #include <QtCore/QStringList>
 
+#include <exception>
 #include <memory>
+#include <optional>
 #include <variant>
 #include <vector>
 
 namespace corvane {
 
 /// A place in a file; line and column count from 1, 0 where it is not known.
-struct FilePlace {
+struct FilePlace
+{
     int line = 0;
     int column = 0;
 
@@ -19,7 +22,8 @@ struct FilePlace {
 };
 
 /// Why a text is no expression, and where: an offset in UTF-16 units from its start.
-struct ExpressionFault {
+struct ExpressionFault
+{
     QString words;
     qsizetype offset = 0;
 };
@@ -28,7 +32,10 @@ struct ExpressionFault {
 class EvaluationFault : public std::exception
 {
 public:
-    explicit EvaluationFault(QString words) : m_words(std::move(words)) { }
+    explicit EvaluationFault(QString words)
+        : m_words(std::move(words))
+    {
+    }
     const QString &words() const { return m_words; }
 
 private:
@@ -37,24 +44,36 @@ private:
 
 enum class AggregateFunction : quint8 { Sum, Average, Count, DistinctCount, Minimum, Maximum };
 
-/// Over which rows: the section's own scope (its group, the page in page sections, the report elsewhere),
-/// a named group, the page, the report; Running: from the scope's first row to the current one.
+/// Over which rows: the section's own scope (its group, the page in page sections, the report
+/// elsewhere), a named group, the page, the report; Running: from the scope's first row to the
+/// current one.
 enum class AggregateScope : quint8 { Section, Group, Page, Report };
 
 class Expression;
+struct Program;
 using ExpressionPtr = std::shared_ptr<const Expression>;
 
 /// One aggregate that an expression asks for; whoever walks the rows computes it.
-struct Aggregate {
+struct Aggregate
+{
     AggregateFunction function = AggregateFunction::Sum;
     AggregateScope scope = AggregateScope::Section;
-    QString group;         ///< name of the group when scope is Group
+    QString group; ///< name of the group when scope is Group
     bool isRunning = false;
     ExpressionPtr argument; ///< null: Count of rows
+    qsizetype offset = 0; ///< where the group's name stands, else where the aggregate starts
 };
 
 /// What is known beside the row.
-enum class ReportVariable : quint8 { PageNumber, PageCount, RowNumber, User, Database, PrintTime, ReportName };
+enum class ReportVariable : quint8 {
+    PageNumber,
+    PageCount,
+    RowNumber,
+    User,
+    Database,
+    PrintTime,
+    ReportName
+};
 
 /// Answers what an expression asks for while it is evaluated.
 class EvaluationContext
@@ -84,16 +103,26 @@ public:
     /// @throws EvaluationFault
     Datum evaluate(EvaluationContext &context) const;
 
+    /// The columns that it reads itself, each once; those of aggregates are their arguments'
+    /// columns.
     const QStringList &columns() const;
     const std::vector<Aggregate> &aggregates() const;
+    /// The names of the parameters, those of aggregates included.
+    const QStringList &parameters() const;
     bool uses(ReportVariable variable) const;
     /// Index 0 of columns() when the expression is nothing but that column.
     bool isPlainColumn() const;
 
+    /// The first aggregate over a group that is not among the names; these compare without regard
+    /// to case.
+    std::optional<ExpressionFault> findUnknownGroup(const QStringList &groupNames) const;
+    /// The first column, those of aggregates included, that is not among the names.
+    std::optional<ExpressionFault> findUnknownColumn(const QStringList &fieldNames) const;
+
+    explicit Expression(Program program);
+
 private:
-    struct Program;
-    explicit Expression(std::unique_ptr<Program> program);
-    std::unique_ptr<Program> m_program;
+    std::unique_ptr<const Program> m_program;
 };
 
 } // namespace corvane
