@@ -7,7 +7,8 @@
 namespace corvane {
 
 /// The value of an aggregate, or why it has none.
-struct AggregateValue {
+struct AggregateValue
+{
     Datum value;
     std::optional<EvaluationFault> fault;
 
@@ -48,7 +49,10 @@ public:
         if (!m_fault)
             m_fault = fault;
     }
-    AggregateValue value() const { return m_fault ? AggregateValue {{}, m_fault} : AggregateValue {m_accumulator.value(), {}}; }
+    AggregateValue value() const
+    {
+        return m_fault ? AggregateValue{{}, m_fault} : AggregateValue{m_accumulator.value(), {}};
+    }
 
 private:
     Accumulator m_accumulator;

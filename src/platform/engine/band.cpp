@@ -14,7 +14,8 @@ qint32 settledTop(const Band &band, size_t index)
     const qint32 top = fields[index].top();
     std::optional<qint32> lowest;
     for (size_t above = 0; above < band.items.size(); ++above) {
-        if (above == index || fields[above].isFrame() || fields[above].bottom() > top || fields[above].field->height.count() == 0)
+        if (above == index || fields[above].isFrame() || fields[above].bottom() > top
+            || fields[above].field->height.count() == 0)
             continue;
         const BandItem &item = band.items[above];
         lowest = std::max(lowest.value_or(item.top + item.height + top - fields[above].bottom()),
@@ -30,7 +31,8 @@ std::optional<qint32> shiftWithin(const Band &band, const FieldPlan &frame)
     for (const BandItem &item : band.items) {
         const FieldPlan &inner = band.plan->fields[item.field];
         if (!inner.isFrame() && inner.top() >= frame.top() && inner.bottom() <= frame.bottom())
-            shift = std::max(shift.value_or(item.top + item.height - inner.bottom()), item.top + item.height - inner.bottom());
+            shift = std::max(shift.value_or(item.top + item.height - inner.bottom()),
+                item.top + item.height - inner.bottom());
     }
     return shift;
 }
@@ -56,7 +58,8 @@ void settleBand(Band &band)
 {
     const auto &fields = band.plan->fields;
     band.height = band.plan->height;
-    const bool isAsDrawn = std::ranges::all_of(band.items, [&](const BandItem &item) { return item.height == band.fieldHeight(item); });
+    const bool isAsDrawn = std::ranges::all_of(
+        band.items, [&](const BandItem &item) { return item.height == band.fieldHeight(item); });
     if (isAsDrawn)
         return;
     // What stands above comes first: the order of tops, not the reading order.

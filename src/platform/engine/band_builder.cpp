@@ -22,7 +22,9 @@ QRect fitted(const QSize &size, const Field &field)
     if (field.fit == PictureFit::Stretch || size.isEmpty())
         return QRect({0, 0}, frame);
     const QSize scaled = size.scaled(frame, Qt::KeepAspectRatio);
-    const auto share = [](int slack, int alignment) { return alignment == 0 ? 0 : alignment == 1 ? slack / 2 : slack; };
+    const auto share = [](int slack, int alignment) {
+        return alignment == 0 ? 0 : alignment == 1 ? slack / 2 : slack;
+    };
     return QRect({share(frame.width() - scaled.width(), int(field.look.horizontal)),
                      share(frame.height() - scaled.height(), int(field.look.vertical))},
         scaled);
@@ -43,7 +45,8 @@ void BandBuilder::build(Band &band, const SectionPlan &plan, RowContext &context
     settleBand(band);
 }
 
-void BandBuilder::rebuild(Band &band, const SectionPlan &plan, size_t field, RowContext &context, qint32 height)
+void BandBuilder::rebuild(
+    Band &band, const SectionPlan &plan, size_t field, RowContext &context, qint32 height)
 {
     band.clear();
     band.plan = &plan;
@@ -57,7 +60,8 @@ void BandBuilder::rebuild(Band &band, const SectionPlan &plan, size_t field, Row
     item.isVisible = context.holds(fieldPlan.visibleWhen);
     if (item.isVisible)
         fill(band, item, fieldPlan);
-    const quint32 room = quint32(std::max((height - item.look->look.padding.count() * 2) / item.look->lineHeight.count(), 1));
+    const quint32 room = quint32(std::max(
+        (height - item.look->look.padding.count() * 2) / item.look->lineHeight.count(), 1));
     if (item.lineCount > room)
         cut(band, item, contentWidth(fieldPlan, *item.look), room);
     item.top = 0;
@@ -187,7 +191,8 @@ void BandBuilder::breakText(Band &band, BandItem &item, const FieldPlan &plan)
         band.lines.insert(band.lines.end(), lines.begin(), lines.end());
     }
     const qint32 padding = look.look.padding.count() * 2;
-    const qint32 needed = item.textLength == 0 ? 0 : look.lineHeight.count() * qint32(item.lines()) + padding;
+    const qint32 needed
+        = item.textLength == 0 ? 0 : look.lineHeight.count() * qint32(item.lines()) + padding;
     if (needed > item.height && field.canGrow) {
         item.height = needed;
     } else if (needed < item.height && field.canShrink) {
@@ -199,7 +204,8 @@ void BandBuilder::breakText(Band &band, BandItem &item, const FieldPlan &plan)
     }
 }
 
-/// Keeps the first lines; the last of them ends with an ellipsis, so that nobody takes it for the whole.
+/// Keeps the first lines; the last of them ends with an ellipsis, so that nobody takes it for the
+/// whole.
 void BandBuilder::cut(Band &band, BandItem &item, Twips width, size_t lines)
 {
     const TextLook &look = *item.look;
@@ -256,15 +262,16 @@ void BandBuilder::fillPicture(Band &band, BandItem &item, const FieldPlan &plan)
 void BandBuilder::fillBarcode(Band &band, BandItem &item, const FieldPlan &plan)
 {
     try {
-        const QString value = plan.value < 0 ? plan.field->text : band.context->evaluate(plan.value).toText(m_style);
+        const QString value = plan.value < 0 ? plan.field->text
+                                             : band.context->evaluate(plan.value).toText(m_style);
         if (value.isEmpty())
             return;
         const auto encoded = encodeBarcode(plan.field->barcode, value);
         if (const auto *words = std::get_if<QString>(&encoded))
             throw EvaluationFault(*words);
         const Twips letters = plan.field->showText ? item.look->lineHeight : Twips();
-        auto bars = placeBarcode(plan.field->barcode, std::get<BarcodeModules>(encoded), plan.field->width,
-            plan.field->height - letters, item.look->look.colour);
+        auto bars = placeBarcode(plan.field->barcode, std::get<BarcodeModules>(encoded),
+            plan.field->width, plan.field->height - letters, item.look->look.colour);
         if (const auto *words = std::get_if<QString>(&bars))
             throw EvaluationFault(*words);
         band.needExtra(item).bars = std::get<std::vector<FilledRect>>(std::move(bars));
@@ -299,11 +306,16 @@ void BandBuilder::fillCheckMark(Band &band, BandItem &item, const FieldPlan &pla
 
 void BandBuilder::fillSubreport(Band &band, BandItem &item, const FieldPlan &plan)
 {
-    auto galley = m_subreports ? m_subreports(plan, *band.context) : nullptr;
-    const qint32 needed = galley ? galley->height : 0;
-    if (needed > item.height || plan.field->canShrink)
-        item.height = needed;
-    band.needExtra(item).galley = std::move(galley);
+    try {
+        auto galley = m_subreports ? m_subreports(plan, *band.context) : nullptr;
+        const qint32 needed = galley ? galley->height : 0;
+        if (needed > item.height || plan.field->canShrink)
+            item.height = needed;
+        band.needExtra(item).galley = std::move(galley);
+    } catch (const EvaluationFault &fault) {
+        markFaulty(band, item, fault.words());
+        breakText(band, item, plan);
+    }
 }
 
 void BandBuilder::fillReferences(Band &band, BandItem &item, const FieldPlan &plan)

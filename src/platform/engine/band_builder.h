@@ -7,12 +7,14 @@
 
 namespace corvane {
 
-/// Fills sections: evaluates their fields for the current row, breaks texts into lines, lets fields grow.
+/// Fills sections: evaluates their fields for the current row, breaks texts into lines, lets fields
+/// grow.
 class BandBuilder
 {
 public:
     /// Lays out the sub-report of a field for the current row.
-    using SubreportSource = std::function<std::shared_ptr<const Galley>(const FieldPlan &field, RowContext &context)>;
+    using SubreportSource
+        = std::function<std::shared_ptr<const Galley>(const FieldPlan &field, RowContext &context)>;
 
     BandBuilder(Document &document, TextLooks &looks, const ValueTextStyle &style)
         : m_pictures(document)
@@ -26,7 +28,8 @@ public:
     void build(Band &band, const SectionPlan &plan, RowContext &context);
 
     /// One field alone, in a frame whose height is settled: for fields that wait for their page.
-    void rebuild(Band &band, const SectionPlan &plan, size_t field, RowContext &context, qint32 height);
+    void rebuild(
+        Band &band, const SectionPlan &plan, size_t field, RowContext &context, qint32 height);
 
 private:
     void addItem(Band &band, size_t field);

@@ -25,21 +25,25 @@ std::vector<PlacedBand> allBands(const Galley &galley)
 
 } // namespace
 
-void BandPlacer::place(const Band &band, qint32 x, qint32 y, qint32 width, Duplicates duplicates, const BandSlice *slice)
+void BandPlacer::place(const Band &band, qint32 x, qint32 y, qint32 width, Duplicates duplicates,
+    const BandSlice *slice)
 {
     m_page = m_document.pageCount() - 1;
-    const Spot spot {band, x, y};
+    const Spot spot{band, x, y};
     if (band.plan->section->background)
         fill(x, y, width, slice ? slice->height : band.height, *band.plan->section->background);
-    if (band.outlineDepth >= 0 && !(slice && slice->isContinued))
-        m_document.outline.push_back({band.outline, m_page, Twips(y), band.outlineDepth});
+    for (const auto &[depth, title] : band.outline) {
+        if (!slice || !slice->isContinued)
+            m_document.outline.push_back({title, m_page, Twips(y), depth});
+    }
     const auto sliceOf = [&](size_t i) { return slice ? slice->items[i] : wholeOf(band.items[i]); };
     const auto isShown = [&](const BandItem &item) {
         return item.isVisible && !(item.isDuplicate && duplicates == Duplicates::Hide);
     };
     if (!band.plan->isPlain) {
         for (const quint16 i : band.plan->paintOrder) {
-            if (isShown(band.items[i]) && !band.items[i].isOfPage && (!slice || slice->items[i].isShown))
+            if (isShown(band.items[i]) && !band.items[i].isOfPage
+                && (!slice || slice->items[i].isShown))
                 paint(spot, band.items[i], sliceOf(i));
         }
     }
@@ -53,9 +57,11 @@ void BandPlacer::place(const Band &band, qint32 x, qint32 y, qint32 width, Dupli
         const BandExtra *extra = band.extraOf(item);
         if (extra && extra->galley) {
             m_line = -1;
+            const SectionPlan *above = nullptr;
             for (const PlacedBand &inner : slice ? part.bands : allBands(*extra->galley)) {
-                place(*inner.band, x + plan.field->x.count(), y + part.top + inner.top, plan.field->width.count(),
-                    Duplicates::Hide, inner.slice.get());
+                place(*inner.band, x + plan.field->x.count(), y + part.top + inner.top,
+                    plan.field->width.count(), above == inner.band->plan ? Duplicates::Hide : Duplicates::Show, inner.slice.get());
+                above = inner.band->plan;
             }
             m_line = -1;
             continue;
@@ -96,7 +102,8 @@ void BandPlacer::paint(const Spot &spot, const BandItem &item, const ItemSlice &
 {
     const Field &field = spot.band.fieldOf(item);
     const FieldLook &look = item.look->look;
-    const QRect frame(spot.x + field.x.count(), spot.y + slice.top, field.width.count(), slice.height);
+    const QRect frame(
+        spot.x + field.x.count(), spot.y + slice.top, field.width.count(), slice.height);
     if (field.kind == FieldKind::Line) {
         fill(frame.x(), frame.y(), frame.width(), frame.height(), look.colour);
         return;
@@ -111,7 +118,8 @@ void BandPlacer::paint(const Spot &spot, const BandItem &item, const ItemSlice &
         fill(frame.x() + bar.x, frame.y() + bar.y, bar.width, bar.height, bar.colour);
     if (extra->picture >= 0) {
         const QRect at = extra->pictureFrame.translated(frame.topLeft());
-        page().pictures.push_back({at.x(), at.y(), at.width(), std::min(at.height(), slice.height), quint32(extra->picture), field.description});
+        page().pictures.push_back({at.x(), at.y(), at.width(), std::min(at.height(), slice.height),
+            quint32(extra->picture), field.description});
     }
 }
 
@@ -126,7 +134,8 @@ void BandPlacer::paintBorder(const Border &border, const QRect &frame)
 }
 
 /// One block for each line of fields; it reaches from the top to the bottom of its fields.
-void BandPlacer::startBlock(const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isContinued)
+void BandPlacer::startBlock(
+    const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isContinued)
 {
     const FieldPlan &plan = spot.band.plan->fields[item.field];
     const qint32 top = spot.y + slice.top;
@@ -134,8 +143,8 @@ void BandPlacer::startBlock(const Spot &spot, const BandItem &item, const ItemSl
     if (plan.line != m_line) {
         m_line = plan.line;
         const LinePlan &line = spot.band.plan->lines[plan.line];
-        page().blocks.push_back(
-            {line.kind, isContinued && slice.isContinued, line.columnCount, quint32(page().runs.size()), top, bottom});
+        page().blocks.push_back({line.kind, isContinued && slice.isContinued, line.columnCount,
+            quint32(page().runs.size()), top, bottom});
         return;
     }
     Block &block = page().blocks.back();
@@ -154,24 +163,34 @@ void BandPlacer::putText(const Spot &spot, const BandItem &item, const ItemSlice
     const qint32 textHeight = look.lineHeight.count() * qint32(slice.lineCount);
     const qint32 slack = std::max(slice.height - 2 * padding - textHeight, 0);
     // Letters of a barcode stand below its bars.
-    const auto vertical = plan.field->kind == FieldKind::Barcode && !item.isFaulty ? VerticalAlignment::Bottom : look.look.vertical;
-    const qint32 drop = vertical == VerticalAlignment::Top ? 0 : vertical == VerticalAlignment::Middle ? slack / 2 : slack;
+    const auto vertical = plan.field->kind == FieldKind::Barcode && !item.isFaulty
+        ? VerticalAlignment::Bottom
+        : look.look.vertical;
+    const qint32 drop = vertical == VerticalAlignment::Top ? 0
+        : vertical == VerticalAlignment::Middle            ? slack / 2
+                                                           : slack;
     const qint32 left = spot.x + plan.field->x.count() + padding;
     const qint32 width = std::max(plan.field->width.count() - 2 * padding, 1);
     const qint32 baseline = spot.y + slice.top + padding + drop + look.ascent.count();
     const auto text = QStringView(spot.band.text).sliced(item.textStart, item.textLength);
-    const auto alignment = plan.field->kind == FieldKind::Barcode ? HorizontalAlignment::Centre : look.look.horizontal;
+    const auto alignment = plan.field->kind == FieldKind::Barcode ? HorizontalAlignment::Centre
+                                                                  : look.look.horizontal;
     Page &here = page();
     const size_t firstRun = here.runs.size();
     if (item.lineCount == 0) {
         const qint32 gap = std::max(width - item.lineWidth, 0);
-        const qint32 shift = alignment == HorizontalAlignment::Left ? 0 : alignment == HorizontalAlignment::Centre ? gap / 2 : gap;
-        here.runs.push_back({left + shift, baseline, quint32(here.text.size()), item.textLength, 0, look.style, plan.column});
+        const qint32 shift = alignment == HorizontalAlignment::Left ? 0
+            : alignment == HorizontalAlignment::Centre              ? gap / 2
+                                                                    : gap;
+        here.runs.push_back({left + shift, baseline, quint32(here.text.size()), item.textLength, 0,
+            look.style, plan.column});
         here.text += text;
     } else {
         const std::span<const Line> lines(spot.band.lines);
         placeLines(here, text, lines.subspan(item.firstLine + slice.firstLine, slice.lineCount),
-            {Twips(left), Twips(width), Twips(baseline), look.lineHeight, int(alignment), look.style, plan.column}, m_faceIndex);
+            {Twips(left), Twips(width), Twips(baseline), look.lineHeight, int(alignment),
+                look.style, plan.column},
+            m_faceIndex);
     }
     if (look.look.underline)
         underline(firstRun, spot, item);
@@ -182,8 +201,10 @@ void BandPlacer::underline(size_t firstRun, const Spot &spot, const BandItem &it
 {
     const TextLook &look = *item.look;
     const QRawFont &font = look.face->rawFont();
-    const qint32 thickness = std::max(int(std::lround(font.lineThickness() / look.unitsPerTwip)), 8);
-    const qint32 drop = int(std::lround(font.underlinePosition() / look.unitsPerTwip)) - thickness / 2;
+    const qint32 thickness
+        = std::max(int(std::lround(font.lineThickness() / look.unitsPerTwip)), 8);
+    const qint32 drop
+        = int(std::lround(font.underlinePosition() / look.unitsPerTwip)) - thickness / 2;
     Page &here = page();
     for (size_t i = firstRun; i < here.runs.size(); ++i) {
         const TextRun &run = here.runs[i];
@@ -192,7 +213,8 @@ void BandPlacer::underline(size_t firstRun, const Spot &spot, const BandItem &it
         if (!units && run.shaped > 0 && !here.shaped[run.shaped - 1].glyphs.empty()) {
             const ShapedGlyphs &glyphs = here.shaped[run.shaped - 1];
             const FontFace &face = *m_document.faces[glyphs.face];
-            const double last = face.advance(glyphs.glyphs.back()) * look.size.count() / face.unitsPerEm();
+            const double last
+                = face.advance(glyphs.glyphs.back()) * look.size.count() / face.unitsPerEm();
             width = qint32(std::lround(double(*std::ranges::max_element(glyphs.xOffsets)) + last));
         }
         fill(run.x, run.y + std::max(drop, 1), width, thickness, look.look.colour);
@@ -207,7 +229,8 @@ void BandPlacer::putReferences(const Spot &spot, const BandItem &item, const Ite
         return;
     const Field &field = spot.band.fieldOf(item);
     if (!extra->link.isEmpty() && slice.height > 0)
-        page().links.push_back({spot.x + field.x.count(), spot.y + slice.top, field.width.count(), slice.height, extra->link});
+        page().links.push_back({spot.x + field.x.count(), spot.y + slice.top, field.width.count(),
+            slice.height, extra->link});
     if (!extra->bookmark.isEmpty() && !slice.isContinued)
         m_document.bookmarks.push_back({extra->bookmark, m_page, Twips(spot.y + slice.top)});
 }
@@ -215,16 +238,19 @@ void BandPlacer::putReferences(const Spot &spot, const BandItem &item, const Ite
 void BandPlacer::wait(const Spot &spot, const BandItem &item, const ItemSlice &slice)
 {
     const BandExtra *extra = spot.band.extraOf(item);
-    PageField field {m_page, quint32(page().runs.size()), quint32(page().blocks.size() - 1), spot.band.plan, item.field,
-        spot.band.context, spot.band.position, spot.x, spot.y + slice.top, slice.height, {}};
+    PageField field{m_page, quint32(page().runs.size()), quint32(page().blocks.size() - 1),
+        spot.band.plan, item.field, spot.band.context, spot.band.position, spot.x,
+        spot.y + slice.top, slice.height, {}};
     field.running = extra->running;
-    // Aggregates that follow the pages count rows as they are placed: now, not when the row was read.
+    // Aggregates that follow the pages count rows as they are placed: now, not when the row was
+    // read.
     const FieldPlan &plan = spot.band.plan->fields[item.field];
     for (const int binding : {plan.value, plan.visibleWhen, plan.link}) {
         for (const auto &[aggregate, value] : spot.band.context->snapshot(binding)) {
             if (!spot.band.context->plan().aggregates()[size_t(aggregate)].followsPages)
                 continue;
-            const auto known = std::ranges::find(field.running, aggregate, &RowContext::Snapshot::value_type::first);
+            const auto known = std::ranges::find(
+                field.running, aggregate, &RowContext::Snapshot::value_type::first);
             if (known != field.running.end())
                 known->second = value;
         }
@@ -237,8 +263,8 @@ void BandPlacer::placeLate(const PageField &where, const Band &filled, quint32 r
     m_page = where.page;
     Page &here = page();
     const BandItem &item = filled.items.front();
-    const Spot spot {filled, where.x, where.top};
-    const ItemSlice slice {0, where.height, 0, item.lines(), true, false, {}};
+    const Spot spot{filled, where.x, where.top};
+    const ItemSlice slice{0, where.height, 0, item.lines(), true, false, {}};
     if (!item.isVisible)
         return;
     paint(spot, item, slice);
@@ -256,9 +282,10 @@ void BandPlacer::placeLate(const PageField &where, const Band &filled, quint32 r
 QStringList BandPlacer::notes() const
 {
     QStringList notes;
-    for (const QString &note : {m_cut.note(QStringLiteral("value was cut"), QStringLiteral("values were cut")),
-             m_faults.note(QStringLiteral("value could not be computed and shows as #"),
-                 QStringLiteral("values could not be computed and show as #"))}) {
+    for (const QString &note :
+        {m_cut.note(QStringLiteral("value was cut"), QStringLiteral("values were cut")),
+            m_faults.note(QStringLiteral("value could not be computed and shows as #"),
+                QStringLiteral("values could not be computed and show as #"))}) {
         if (!note.isEmpty())
             notes += note;
     }

@@ -6,9 +6,10 @@
 namespace corvane {
 
 /// A field whose letters come when its page, or the last page, is finished.
-struct PageField {
+struct PageField
+{
     int page = 0;
-    quint32 run = 0;   ///< index into Page::runs where its runs go
+    quint32 run = 0; ///< index into Page::runs where its runs go
     quint32 block = 0; ///< index into Page::blocks that they belong to
     const SectionPlan *plan = nullptr;
     quint16 field = 0;
@@ -32,17 +33,21 @@ public:
     enum class Duplicates { Hide, Show };
 
     /// The band, or a slice of it, with its upper left corner at (x, y) of the last page.
-    void place(const Band &band, qint32 x, qint32 y, qint32 width, Duplicates duplicates, const BandSlice *slice = nullptr);
-    /// Letters for a field that waited, into a page that is otherwise finished; runs and blocks behind move on.
+    void place(const Band &band, qint32 x, qint32 y, qint32 width, Duplicates duplicates,
+        const BandSlice *slice = nullptr);
+    /// Letters for a field that waited, into a page that is otherwise finished; runs and blocks
+    /// behind move on.
     void placeLate(const PageField &where, const Band &filled, quint32 runsBefore);
 
     std::vector<PageField> &pageFields() { return m_pageFields; }
     /// What to tell of values that were cut or could not be computed.
     QStringList notes() const;
     ValueTally &faults() { return m_faults; }
+    ValueTally &cutValues() { return m_cut; }
 
 private:
-    struct Spot {
+    struct Spot
+    {
         const Band &band;
         qint32 x;
         qint32 y;
@@ -52,7 +57,8 @@ private:
     void paint(const Spot &spot, const BandItem &item, const ItemSlice &slice);
     void paintBorder(const Border &border, const QRect &frame);
     void fill(qint32 x, qint32 y, qint32 width, qint32 height, QRgb colour);
-    void startBlock(const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isContinued);
+    void startBlock(
+        const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isContinued);
     void putText(const Spot &spot, const BandItem &item, const ItemSlice &slice);
     void underline(size_t firstRun, const Spot &spot, const BandItem &item);
     void putReferences(const Spot &spot, const BandItem &item, const ItemSlice &slice);

@@ -96,7 +96,8 @@ qint32 BandSlicer::leastHeight(const Band &band)
         if (extra && extra->galley && !extra->galley->bands.empty())
             least = std::max(least, item.top + leastHeight(extra->galley->bands.front()));
         else if (band.plan->fields[item.field].line == 0 && item.lines() > 0)
-            least = std::max(least, item.top + item.look->look.padding.count() + item.look->lineHeight.count());
+            least = std::max(
+                least, item.top + item.look->look.padding.count() + item.look->lineHeight.count());
     }
     return least == 0 ? band.height : std::min(least, band.height);
 }
@@ -185,7 +186,8 @@ bool BandSlicer::takeGalley(size_t index, ItemSlice &slice, qint32 room, bool fo
     return true;
 }
 
-/// One line, a picture, bars: they stand on one page. What is taller than any page is cut at its foot.
+/// One line, a picture, bars: they stand on one page. What is taller than any page is cut at its
+/// foot.
 bool BandSlicer::takeWhole(size_t index, ItemSlice &slice, qint32 room, bool force)
 {
     Progress &progress = m_progress[index];
@@ -223,8 +225,11 @@ void BandSlicer::moveUp(qint32 room)
         }
         qint32 top = std::max(expected, 0);
         for (size_t above = 0; above < m_progress.size(); ++above) {
-            if (above != i && !m_progress[above].isDone && !fields[above].isFrame() && fields[above].bottom() <= fields[i].top())
-                top = std::max(top, m_progress[above].top + m_progress[above].rest + fields[i].top() - fields[above].bottom());
+            if (above != i && !m_progress[above].isDone && !fields[above].isFrame()
+                && fields[above].bottom() <= fields[i].top())
+                top = std::max(top,
+                    m_progress[above].top + m_progress[above].rest + fields[i].top()
+                        - fields[above].bottom());
         }
         if (!progress.isDone)
             pushed = std::max(pushed, top + progress.rest - std::max(expected + progress.rest, 0));

@@ -7,14 +7,16 @@ namespace corvane {
 struct BandSlice;
 
 /// A band of a sub-report on a page; without a slice it is all there.
-struct PlacedBand {
+struct PlacedBand
+{
     const Band *band = nullptr;
     qint32 top = 0; ///< from the sub-report field's upper edge
     std::shared_ptr<const BandSlice> slice;
 };
 
 /// What of a field stands on one page.
-struct ItemSlice {
+struct ItemSlice
+{
     qint32 top = 0;
     qint32 height = 0;
     quint32 firstLine = 0;
@@ -25,7 +27,8 @@ struct ItemSlice {
 };
 
 /// What of a band stands on one page or newspaper column.
-struct BandSlice {
+struct BandSlice
+{
     std::vector<ItemSlice> items; ///< in the order of Band::items
     qint32 height = 0;
     bool isContinued = false;
@@ -55,7 +58,8 @@ private:
     std::unique_ptr<BandSlicer> m_split; ///< of a band taller than a page that is under way
 };
 
-/// Splits a band that is taller than its page between lines. Nothing is lost, and each forced slice takes some.
+/// Splits a band that is taller than its page between lines. Nothing is lost, and each forced slice
+/// takes some.
 class BandSlicer
 {
 public:
@@ -69,7 +73,8 @@ public:
     static qint32 leastHeight(const Band &band);
 
 private:
-    struct Progress {
+    struct Progress
+    {
         qint32 top = 0;
         quint32 linesDone = 0;
         bool isDone = false;

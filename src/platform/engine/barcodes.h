@@ -8,12 +8,16 @@
 namespace corvane {
 
 /// A barcode's dark modules, quiet zone left out; rows from the top. Code 128 has one row.
-struct BarcodeModules {
+struct BarcodeModules
+{
     int width = 0;
     int rows = 0;
     std::vector<bool> dark;
 
-    bool isDark(int row, int column) const { return dark[size_t(row) * size_t(width) + size_t(column)]; }
+    bool isDark(int row, int column) const
+    {
+        return dark[size_t(row) * size_t(width) + size_t(column)];
+    }
 };
 
 /// The modules (ISO/IEC 15417, ISO/IEC 18004), or words that say why the text has none.

@@ -19,7 +19,10 @@ public:
 
     int levelCount() const { return int(m_starts.size()); }
     /// At least 1, so that an empty report has somewhere to keep its totals.
-    size_t groupCount(int level) const { return std::max<size_t>(level < 0 ? 1 : m_starts[size_t(level)].size(), 1); }
+    size_t groupCount(int level) const
+    {
+        return std::max<size_t>(level < 0 ? 1 : m_starts[size_t(level)].size(), 1);
+    }
     /// The group of a level that a row belongs to; `near` is where to look first.
     size_t groupAt(int level, qsizetype position, size_t near = 0) const;
     /// The outermost level that starts a group at this row; levelCount() when none does.
@@ -32,7 +35,8 @@ public:
 
 private:
     qsizetype m_rowCount = 0;
-    std::vector<std::vector<quint32>> m_starts; ///< by level; a level has all starts of the level outside
+    std::vector<std::vector<quint32>>
+        m_starts; ///< by level; a level has all starts of the level outside
 };
 
 } // namespace corvane

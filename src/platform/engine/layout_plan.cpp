@@ -15,8 +15,8 @@ bool isPageSection(const Section &section)
 
 bool hasText(const Field &field)
 {
-    return field.kind != FieldKind::Line && field.kind != FieldKind::Rectangle && field.kind != FieldKind::Picture
-        && field.kind != FieldKind::Subreport;
+    return field.kind != FieldKind::Line && field.kind != FieldKind::Rectangle
+        && field.kind != FieldKind::Picture && field.kind != FieldKind::Subreport;
 }
 
 BlockKind kindOf(const Section &section, bool isHeading, int columns)
@@ -31,7 +31,9 @@ BlockKind kindOf(const Section &section, bool isHeading, int columns)
     default:
         break;
     }
-    return columns < 2 ? BlockKind::Paragraph : isHeading && section.kind != SectionKind::Detail ? BlockKind::HeadingRow : BlockKind::Row;
+    return columns < 2                                     ? BlockKind::Paragraph
+        : isHeading && section.kind != SectionKind::Detail ? BlockKind::HeadingRow
+                                                           : BlockKind::Row;
 }
 
 int findColumn(const QStringList &names, const QString &name)
@@ -45,7 +47,8 @@ int findColumn(const QStringList &names, const QString &name)
 
 } // namespace
 
-LayoutPlan::LayoutPlan(const ReportLayout &layout, const QStringList &fieldNames, TextLooks &looks, PlanFor use)
+LayoutPlan::LayoutPlan(
+    const ReportLayout &layout, const QStringList &fieldNames, TextLooks &looks, PlanFor use)
     : m_layout(&layout)
     , m_fieldNames(fieldNames)
     , m_use(use)
@@ -53,8 +56,9 @@ LayoutPlan::LayoutPlan(const ReportLayout &layout, const QStringList &fieldNames
     for (int i = 0; i < groupCount(); ++i) {
         const Group &group = layout.groups[size_t(i)];
         if (group.on && !group.on->aggregates().empty()) {
-            throw ReportError(QStringLiteral("%1, line %2: the group \"%3\" cannot be formed by an aggregate, because "
-                                             "aggregates are taken over groups.")
+            throw ReportError(QStringLiteral(
+                "%1, line %2: the group \"%3\" cannot be formed by an aggregate, because "
+                "aggregates are taken over groups.")
                                   .arg(layout.name)
                                   .arg(group.place.line)
                                   .arg(group.name));
@@ -86,19 +90,22 @@ int LayoutPlan::bind(const ExpressionPtr &expression, const Scope &scope)
     for (const QString &name : expression->columns()) {
         const int column = findColumn(m_fieldNames, name);
         if (column < 0) {
-            throw ReportError(QStringLiteral("%1, line %2: the record source gives no column [%3]. It gives %4.")
-                                  .arg(m_layout->name)
-                                  .arg(scope.place.line)
-                                  .arg(name, m_fieldNames.join(QStringLiteral(", "))));
+            throw ReportError(
+                QStringLiteral("%1, line %2: the record source gives no column [%3]. It gives %4.")
+                    .arg(m_layout->name)
+                    .arg(scope.place.line)
+                    .arg(name, m_fieldNames.join(QStringLiteral(", "))));
         }
         binding.columns.push_back(column);
     }
     if (expression->isPlainColumn())
         binding.plainColumn = binding.columns.front();
-    binding.isOfPage = expression->uses(ReportVariable::PageNumber) || expression->uses(ReportVariable::PageCount);
+    binding.isOfPage = expression->uses(ReportVariable::PageNumber)
+        || expression->uses(ReportVariable::PageCount);
     for (const Aggregate &aggregate : expression->aggregates()) {
         binding.aggregates.push_back(bindAggregate(aggregate, scope));
-        binding.isOfPage = binding.isOfPage || m_aggregates[size_t(binding.aggregates.back())].level == kPageLevel;
+        binding.isOfPage = binding.isOfPage
+            || m_aggregates[size_t(binding.aggregates.back())].level == kPageLevel;
     }
     m_bindings.push_back(std::move(binding));
     return int(m_bindings.size() - 1);
@@ -124,7 +131,10 @@ int LayoutPlan::levelOf(const Aggregate &aggregate, const Scope &scope) const
             if (aggregate.group.compare(m_layout->groups[size_t(i)].name, Qt::CaseInsensitive) == 0)
                 return i;
         }
-        throw ReportError(QStringLiteral("%1, line %2: there is no group \"%3\".").arg(m_layout->name).arg(scope.place.line).arg(aggregate.group));
+        throw ReportError(QStringLiteral("%1, line %2: there is no group \"%3\".")
+                              .arg(m_layout->name)
+                              .arg(scope.place.line)
+                              .arg(aggregate.group));
     }
     if (aggregate.scope == AggregateScope::Page)
         level = kPageLevel;
@@ -136,14 +146,16 @@ int LayoutPlan::levelOf(const Aggregate &aggregate, const Scope &scope) const
 
 void LayoutPlan::addSection(const Section &section, TextLooks &looks)
 {
-    const Scope scope {isPageSection(section) ? kPageLevel : section.group, isPageSection(section), section.place};
+    const Scope scope{
+        isPageSection(section) ? kPageLevel : section.group, isPageSection(section), section.place};
     SectionPlan plan;
     plan.section = &section;
     plan.height = section.height.count();
     plan.visibleWhen = bind(section.visibleWhen, scope);
     if (section.visibleWhen && section.visibleWhen->uses(ReportVariable::PageCount)) {
-        throw ReportError(QStringLiteral("%1, line %2: PageCount cannot decide whether a section shows, because the "
-                                         "number of pages depends on it. Use it in the section's fields.")
+        throw ReportError(QStringLiteral(
+            "%1, line %2: PageCount cannot decide whether a section shows, because the "
+            "number of pages depends on it. Use it in the section's fields.")
                               .arg(m_layout->name)
                               .arg(section.place.line));
     }
@@ -153,22 +165,25 @@ void LayoutPlan::addSection(const Section &section, TextLooks &looks)
     }
     orderFields(plan);
     for (const FieldPlan &field : plan.fields) {
-        const bool isLetters = (field.field->kind == FieldKind::Label || field.field->kind == FieldKind::Value);
+        const bool isLetters
+            = (field.field->kind == FieldKind::Label || field.field->kind == FieldKind::Value);
         m_hasPageFields = m_hasPageFields || field.isOfPage;
-        plan.isPlain = plan.isPlain && isLetters && field.conditionalLooks.empty() && field.visibleWhen < 0 && field.link < 0
-            && field.bookmark < 0 && !field.isOfPage && !field.field->canShrink && field.duplicateSlot < 0 && !field.look.hasFrame();
+        plan.isPlain = plan.isPlain && isLetters && field.conditionalLooks.empty()
+            && field.visibleWhen < 0 && field.link < 0 && field.bookmark < 0 && !field.isOfPage
+            && !field.field->canShrink && field.duplicateSlot < 0 && !field.look.hasFrame();
     }
     m_sections.push_back(std::move(plan));
 }
 
 FieldPlan LayoutPlan::planField(const Field &field, const Scope &section, TextLooks &looks)
 {
-    const Scope scope {section.level, section.isPageSection, field.place};
+    const Scope scope{section.level, section.isPageSection, field.place};
     FieldPlan plan;
     plan.field = &field;
     plan.look = looks.make(field.look, field.place);
     for (const ConditionalLook &conditional : field.conditionalLooks)
-        plan.conditionalLooks.emplace_back(bind(conditional.condition, scope), looks.make(conditional.look, field.place));
+        plan.conditionalLooks.emplace_back(
+            bind(conditional.condition, scope), looks.make(conditional.look, field.place));
     plan.value = bind(field.value, scope);
     plan.visibleWhen = bind(field.visibleWhen, scope);
     plan.link = bind(field.link, scope);
@@ -177,13 +192,16 @@ FieldPlan LayoutPlan::planField(const Field &field, const Scope &section, TextLo
         plan.links.push_back({link.name, bind(link.value, scope)});
     if (field.hideDuplicates)
         plan.duplicateSlot = m_duplicateSlots++;
-    const auto isOfPage = [this](int binding) { return binding >= 0 && m_bindings[size_t(binding)].isOfPage; };
+    const auto isOfPage
+        = [this](int binding) { return binding >= 0 && m_bindings[size_t(binding)].isOfPage; };
     plan.isOfPage = isOfPage(plan.value) || isOfPage(plan.visibleWhen) || isOfPage(plan.link)
-        || std::ranges::any_of(plan.conditionalLooks, [&](const auto &look) { return isOfPage(look.first); });
+        || std::ranges::any_of(
+            plan.conditionalLooks, [&](const auto &look) { return isOfPage(look.first); });
     return plan;
 }
 
-/// Fields whose middle lies above the bottom of a line's first field read as one line, from left to right.
+/// Fields whose middle lies above the bottom of a line's first field read as one line, from left to
+/// right.
 void LayoutPlan::orderFields(SectionPlan &plan) const
 {
     std::vector<FieldPlan> &fields = plan.fields;
@@ -196,9 +214,10 @@ void LayoutPlan::orderFields(SectionPlan &plan) const
         const qint32 limit = fields[begin].bottom();
         do
             ++end;
-        while (end < fields.size() && hasText(*fields[begin].field) && fields[end].top() + fields[end].bottom() < 2 * limit);
-        const auto key = [](const FieldPlan &plan) {
-            return std::pair(plan.field->kind == FieldKind::Subreport, plan.field->x);
+        while (end < fields.size() && hasText(*fields[begin].field)
+            && fields[end].top() + fields[end].bottom() < 2 * limit);
+        const auto key = [](const FieldPlan &field) {
+            return std::pair(field.field->kind == FieldKind::Subreport, field.field->x);
         };
         std::ranges::stable_sort(std::span(fields).subspan(begin, end - begin), {}, key);
         quint16 columns = 0;
@@ -210,7 +229,8 @@ void LayoutPlan::orderFields(SectionPlan &plan) const
                 labels += fields[i].field->kind == FieldKind::Label ? 1 : 0;
             }
         }
-        plan.lines.push_back({kindOf(*plan.section, labels > 1 && labels == columns, columns), std::max<quint16>(columns, 1)});
+        plan.lines.push_back({kindOf(*plan.section, labels > 1 && labels == columns, columns),
+            std::max<quint16>(columns, 1)});
         begin = end;
     }
     for (const Field *field : fileOrder) {

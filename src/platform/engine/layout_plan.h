@@ -13,32 +13,39 @@ inline constexpr int kReportLevel = -1;
 inline constexpr int kPageLevel = -2;
 
 /// An aggregate with its scope found.
-struct AggregatePlan {
+struct AggregatePlan
+{
     AggregateFunction function = AggregateFunction::Sum;
     int level = kReportLevel;
     bool isRunning = false;
-    bool followsPages = false; ///< counts rows when they are placed, not when they are read: page sections, page scope
-    int argument = -1;         ///< index into LayoutPlan::bindings; -1 counts rows
+    bool followsPages = false; ///< counts rows when they are placed, not when they are read: page
+                               ///< sections, page scope
+    int argument = -1; ///< index into LayoutPlan::bindings; -1 counts rows
 
     bool isTotal() const { return !isRunning && level != kPageLevel; }
 };
 
 /// An expression with its columns and aggregates found.
-struct Binding {
+struct Binding
+{
     ExpressionPtr expression;
-    std::vector<int> columns;    ///< fields of the rowset, by index into Expression::columns()
-    std::vector<int> aggregates; ///< into LayoutPlan::aggregates, by index into Expression::aggregates()
-    int plainColumn = -1;        ///< field of the rowset when the expression is nothing else
-    bool isOfPage = false;       ///< its value is only known when its page, or the last page, is finished
+    std::vector<int> columns; ///< fields of the rowset, by index into Expression::columns()
+    std::vector<int>
+        aggregates; ///< into LayoutPlan::aggregates, by index into Expression::aggregates()
+    int plainColumn = -1; ///< field of the rowset when the expression is nothing else
+    bool isOfPage = false; ///< its value is only known when its page, or the last page, is finished
 };
 
-struct LinkPlan {
+struct LinkPlan
+{
     QString name;
     int value = -1;
 };
 
-/// A field ready to be filled; numbers that end in "When" or name an expression are bindings, -1 for none.
-struct FieldPlan {
+/// A field ready to be filled; numbers that end in "When" or name an expression are bindings, -1
+/// for none.
+struct FieldPlan
+{
     const Field *field = nullptr;
     TextLook look;
     std::vector<std::pair<int, TextLook>> conditionalLooks; ///< binding of the condition, look
@@ -47,24 +54,29 @@ struct FieldPlan {
     int link = -1;
     int bookmark = -1;
     std::vector<LinkPlan> links;
-    quint16 line = 0;   ///< text line of the section: a block of the page
+    quint16 line = 0; ///< text line of the section: a block of the page
     quint16 column = 0; ///< cell of that line
     bool isOfPage = false;
     int duplicateSlot = -1; ///< into RowContext::shown when duplicates are hidden
 
     qint32 top() const { return field->y.count(); }
     qint32 bottom() const { return (field->y + field->height).count(); }
-    bool isFrame() const { return field->kind == FieldKind::Rectangle || field->kind == FieldKind::Line; }
+    bool isFrame() const
+    {
+        return field->kind == FieldKind::Rectangle || field->kind == FieldKind::Line;
+    }
 };
 
 /// A line of fields, which becomes a block of the page.
-struct LinePlan {
+struct LinePlan
+{
     BlockKind kind = BlockKind::Row;
     quint16 columnCount = 0;
 };
 
 /// A section with its fields in reading order.
-struct SectionPlan {
+struct SectionPlan
+{
     const Section *section = nullptr;
     std::vector<FieldPlan> fields;
     std::vector<LinePlan> lines;
@@ -81,7 +93,8 @@ class LayoutPlan
 {
 public:
     /// @throws ReportError for a column that the rows do not have
-    LayoutPlan(const ReportLayout &layout, const QStringList &fieldNames, TextLooks &looks, PlanFor use);
+    LayoutPlan(
+        const ReportLayout &layout, const QStringList &fieldNames, TextLooks &looks, PlanFor use);
 
     const ReportLayout &layout() const { return *m_layout; }
     int groupCount() const { return int(m_layout->groups.size()); }
@@ -97,7 +110,8 @@ public:
     bool hasPageFields() const { return m_hasPageFields; }
 
 private:
-    struct Scope {
+    struct Scope
+    {
         int level = kReportLevel;
         bool isPageSection = false;
         FilePlace place;

@@ -10,13 +10,15 @@ namespace {
 
 constexpr qint64 kMostPixels = 60'000'000;
 
-/// The number of components in the frame header of a JPEG file (ITU-T T.81, B.2.2); 0 when it has none.
+/// The number of components in the frame header of a JPEG file (ITU-T T.81, B.2.2); 0 when it has
+/// none.
 int jpegComponents(const QByteArray &file)
 {
     qsizetype at = 2;
     while (at + 9 < file.size() && quint8(file[at]) == 0xff) {
         const auto marker = quint8(file[at + 1]);
-        const bool isFrame = marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc;
+        const bool isFrame = marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8
+            && marker != 0xcc;
         if (isFrame)
             return quint8(file[at + 9]);
         at += 2 + (quint8(file[at + 2]) << 8 | quint8(file[at + 3]));
@@ -50,8 +52,9 @@ std::variant<quint32, QString> PictureStore::decode(const QByteArray &file)
             .arg(size.width())
             .arg(size.height());
     }
-    const bool isJpeg = reader.format() == "jpeg" && reader.transformation() == QImageIOHandler::TransformationNone;
-    Picture picture {reader.read(), {}};
+    const bool isJpeg = reader.format() == "jpeg"
+        && reader.transformation() == QImageIOHandler::TransformationNone;
+    Picture picture{reader.read(), {}};
     if (picture.image.isNull())
         return QStringLiteral("the picture cannot be read: %1").arg(reader.errorString());
     const int components = isJpeg ? jpegComponents(file) : 0;

@@ -66,6 +66,7 @@ public:
 
     ReportLayout &layout() { return *m_layout; }
     const ReportLayout &layout() const { return *m_layout; }
+    const QString &fileName() const { return m_fileName; }
     DataSource &dataSource() { return m_dataSource; }
     const DataSource &dataSource() const { return m_dataSource; }
 

@@ -22,7 +22,9 @@ RowContext::RowContext(const LayoutPlan &plan, const RunFacts &facts, RowsetPtr 
 void RowContext::setPosition(qsizetype position)
 {
     m_position = position;
-    m_row = position < 0 || position >= rowCount() ? -1 : m_order.empty() ? position : qsizetype(m_order[size_t(position)]);
+    m_row = position < 0 || position >= rowCount() ? -1
+        : m_order.empty()                          ? position
+                                                   : qsizetype(m_order[size_t(position)]);
 }
 
 /// Sorts within the groups outside, level by level, and notes where groups begin.
@@ -31,7 +33,7 @@ void RowContext::sortByGroups()
     std::vector<std::vector<quint32>> levels;
     std::vector<quint32> order(m_plan.groupCount() > 0 ? size_t(rowCount()) : 0);
     std::iota(order.begin(), order.end(), 0);
-    std::vector<quint32> outer {0};
+    std::vector<quint32> outer{0};
     for (int level = 0; level < m_plan.groupCount(); ++level) {
         std::vector<Datum> keys;
         keys.reserve(size_t(rowCount()));
@@ -39,7 +41,8 @@ void RowContext::sortByGroups()
             keys.push_back(groupKeyOf(level, row));
         const SortOrder sort = m_plan.layout().groups[size_t(level)].sort;
         const auto before = [&](quint32 a, quint32 b) {
-            return sort == SortOrder::Descending ? compare(keys[b], keys[a]) < 0 : compare(keys[a], keys[b]) < 0;
+            return sort == SortOrder::Descending ? compare(keys[b], keys[a]) < 0
+                                                 : compare(keys[a], keys[b]) < 0;
         };
         std::vector<quint32> starts;
         for (size_t run = 0; run < outer.size() && rowCount() > 0; ++run) {
@@ -85,7 +88,9 @@ void RowContext::computeTotals()
         qsizetype at = 0;
         for (size_t group = 0; group < m_groups.groupCount(aggregate.level); ++group) {
             builder.reset();
-            const qsizetype end = rowCount() == 0 ? 0 : aggregate.level < 0 ? rowCount() : m_groups.end(aggregate.level, group);
+            const qsizetype end = rowCount() == 0 ? 0
+                : aggregate.level < 0             ? rowCount()
+                                                  : m_groups.end(aggregate.level, group);
             for (; at < end; ++at) {
                 setPosition(at);
                 addTo(builder, aggregate);
@@ -163,7 +168,8 @@ std::vector<AggregateValue> RowContext::pageTotals() const
 {
     std::vector<AggregateValue> totals;
     const auto &aggregates = m_plan.aggregates();
-    const auto isPageTotal = [](const AggregatePlan &plan) { return plan.level == kPageLevel && !plan.isRunning; };
+    const auto isPageTotal
+        = [](const AggregatePlan &plan) { return plan.level == kPageLevel && !plan.isRunning; };
     if (std::ranges::none_of(aggregates, isPageTotal))
         return totals;
     totals.resize(aggregates.size());
@@ -174,8 +180,8 @@ std::vector<AggregateValue> RowContext::pageTotals() const
     return totals;
 }
 
-RowContext::Visit::Visit(
-    RowContext &context, qsizetype position, const Snapshot *running, const std::vector<AggregateValue> *pageTotals)
+RowContext::Visit::Visit(RowContext &context, qsizetype position, const Snapshot *running,
+    const std::vector<AggregateValue> *pageTotals)
     : m_context(context)
     , m_position(context.m_position)
     , m_running(std::exchange(context.m_visitedRunning, running))

@@ -8,15 +8,16 @@
 namespace corvane {
 
 /// What all expressions of one run see beside rows: shared by a report and its sub-reports.
-struct RunFacts {
+struct RunFacts
+{
     const RenderSettings &settings;
     QString reportName;
     int pageNumber = 1;
     int pageCount = 1; ///< before the end: a guess that only serves to measure
 };
 
-/// The rows of one layout in the order of its groups, with a current row, and what expressions ask for.
-/// Positions count from 0 in that order.
+/// The rows of one layout in the order of its groups, with a current row, and what expressions ask
+/// for. Positions count from 0 in that order.
 class RowContext final : public EvaluationContext
 {
 public:
@@ -34,12 +35,14 @@ public:
 
     /// @throws EvaluationFault
     Datum evaluate(int binding);
-    /// Whether a condition holds; without one it does. A condition that cannot be evaluated does not hold.
+    /// Whether a condition holds; without one it does. A condition that cannot be evaluated does
+    /// not hold.
     bool holds(int binding);
 
     /// A page begins: its aggregates start anew.
     void beginPage();
-    /// A row was placed on the current page: aggregates of the page and of page sections take it in.
+    /// A row was placed on the current page: aggregates of the page and of page sections take it
+    /// in.
     void countOnPage(qsizetype position);
 
     /// The running aggregates that an expression needs, as they stand now.
@@ -96,8 +99,8 @@ private:
     qsizetype m_lastOnPage = -1;
     const Binding *m_current = nullptr;
     std::vector<std::vector<AggregateValue>> m_totals; ///< by aggregate and group
-    std::vector<AggregateValueBuilder> m_builders;      ///< running and page aggregates, by aggregate
-    std::vector<size_t> m_nearGroups;                   ///< by aggregate: the group that was asked for last
+    std::vector<AggregateValueBuilder> m_builders; ///< running and page aggregates, by aggregate
+    std::vector<size_t> m_nearGroups; ///< by aggregate: the group that was asked for last
     const Snapshot *m_visitedRunning = nullptr;
     const std::vector<AggregateValue> *m_visitedPageTotals = nullptr;
     int m_groupFaults = 0;

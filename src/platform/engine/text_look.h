@@ -7,14 +7,15 @@
 namespace corvane {
 
 /// A field's look with its face, measures and value format found once.
-struct TextLook {
+struct TextLook
+{
     FieldLook look;
     FontFacePtr face;
     Twips size;
     Twips ascent;
     Twips lineHeight;
     double unitsPerTwip = 1; ///< font units
-    quint16 style = 0;       ///< index into Document::styles
+    quint16 style = 0; ///< index into Document::styles
     ValueFormat format;
 
     bool hasFrame() const

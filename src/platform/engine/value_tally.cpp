@@ -43,8 +43,11 @@ QString ValueTally::note(const QString &one, const QString &many) const
 {
     if (m_count == 0)
         return {};
-    QString note = QStringLiteral("%1 %2, %3").arg(m_count).arg(m_count == 1 ? one : many, pageList(m_pages));
-    return m_words.isEmpty() ? QString(note + u'.') : QString(note + QStringLiteral(": ") + m_words);
+    QString note = QStringLiteral("%1 %2, %3")
+                       .arg(m_count)
+                       .arg(m_count == 1 ? one : many, pageList(m_pages));
+    return m_words.isEmpty() ? QString(note + u'.')
+                             : QString(note + QStringLiteral(": ") + m_words);
 }
 
 } // namespace corvane

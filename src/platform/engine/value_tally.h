@@ -13,7 +13,8 @@ public:
     /// `page` from 0. The first words given are the ones that are told.
     void add(int page, const QString &words = {});
 
-    /// "2 values were cut, pages 3 and 9." Empty when none was counted. `one` and `many` follow the number.
+    /// "2 values were cut, pages 3 and 9." Empty when none was counted. `one` and `many` follow the
+    /// number.
     QString note(const QString &one, const QString &many) const;
 
 private:
