@@ -60,21 +60,25 @@ private:
 
 } // namespace
 
-RenderResult LayoutFixture::render(const QString &report, const QString &table, const QString &others)
+RenderResult LayoutFixture::render(
+    const QString &report, const QString &table, const QString &others)
 {
     const QString path = m_folder.filePath(QStringLiteral("report.rpt"));
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         qFatal("no report file");
-    QString text = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Reports><Report name=\"Main\">");
+    QString text = QStringLiteral(
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Reports><Report name=\"Main\">");
     // Page, Styles, RecordSource and Groups stand in this order.
     const qsizetype body = report.indexOf(QRegularExpression(QStringLiteral("<Groups|<Section")));
-    text += QString(report.first(body) + u"<RecordSource>rows</RecordSource>" + report.sliced(body) + u"</Report>" + others + u"</Reports>");
+    text += QString(report.first(body) + u"<RecordSource>rows</RecordSource>" + report.sliced(body)
+        + u"</Report>" + others + u"</Reports>");
     file.write(text.toUtf8());
     file.close();
     answer(QStringLiteral("rows"), table);
     queries.clear();
-    Connection connection(QStringLiteral("test"), std::make_unique<TableDriver>(m_answers, queries));
+    Connection connection(
+        QStringLiteral("test"), std::make_unique<TableDriver>(m_answers, queries));
     settings.connection = &connection;
     ReportControl control;
     control.load(path, QStringLiteral("Main"));
