@@ -103,11 +103,8 @@ Datum addDays(const Datum &date, const Datum &days)
     constexpr double kFurthest = 4e14; // more than 9999 years
     const QDateTime moment
         = std::abs(ms) < kFurthest ? date.dateTime().addMSecs(std::llround(ms)) : QDateTime();
-    if (!moment.isValid() || moment.date() < kFirstDay || moment.date() > kLastDay)
-        throw EvaluationFault(QStringLiteral("the date is outside the years 1 to 9999"));
-    const bool isWhole
-        = date.kind() == DatumKind::Date && moment.time().msecsSinceStartOfDay() == 0;
-    return isWhole ? Datum::date(moment.date()) : Datum::dateTime(moment);
+    return dateWithin(
+        moment, date.kind() == DatumKind::Date && moment.time().msecsSinceStartOfDay() == 0);
 }
 
 Datum daysBetween(const Datum &first, const Datum &second)
@@ -200,6 +197,13 @@ Datum finite(double real)
     if (!std::isfinite(real))
         throw EvaluationFault(QStringLiteral("the result is no number or too large"));
     return Datum::real(real);
+}
+
+Datum dateWithin(const QDateTime &moment, bool isWholeDay)
+{
+    if (!moment.isValid() || moment.date() < kFirstDay || moment.date() > kLastDay)
+        throw EvaluationFault(QStringLiteral("the date is outside the years 1 to 9999"));
+    return isWholeDay ? Datum::date(moment.date()) : Datum::dateTime(moment);
 }
 
 bool conditionHolds(const Datum &datum)

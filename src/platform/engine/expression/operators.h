@@ -20,6 +20,9 @@ Datum negate(const Datum &number);
 /// A real result. @throws EvaluationFault where it is beyond all numbers
 Datum finite(double real);
 
+/// As a date without its time, or with it. @throws EvaluationFault outside the years 1 to 9999
+Datum dateWithin(const QDateTime &moment, bool isWholeDay);
+
 /// Whether a condition holds: True or a number other than 0; null does not. @throws EvaluationFault
 /// for other kinds
 bool conditionHolds(const Datum &datum);

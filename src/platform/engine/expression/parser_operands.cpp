@@ -196,7 +196,7 @@ Node ExpressionParser::withFormat(Node call, const std::vector<qsizetype> &offse
     auto format = ValueFormat::compile(call.children[1].constant.toText({}));
     if (const auto *fault = std::get_if<ExpressionFault>(&format))
         return refuse(offsets[1] + 1 + fault->offset, fault->words);
-    call.format = std::get<ValueFormat>(format);
+    call.format = std::make_shared<const ValueFormat>(std::get<ValueFormat>(std::move(format)));
     return call;
 }
 

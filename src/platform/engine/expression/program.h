@@ -52,7 +52,7 @@ struct Node
     int index = 0; ///< Column, Aggregate, Parameter: into the program's lists
     ReportVariable variable = ReportVariable::PageNumber;
     const Function *function = nullptr;
-    std::optional<ValueFormat> format; ///< Call of Format with a literal format
+    std::shared_ptr<const ValueFormat> format; ///< Call of Format with a literal format
 };
 
 /// What an expression's text compiles to.

@@ -22,7 +22,7 @@ public:
 
 private:
     friend class ValueFormatReader;
-    enum class Kind : quint8 { Plain, Number, Moment, Choice, ShortDate, ShortTime };
+    enum class Kind : quint8 { Plain, Number, Moment, Choice, StyleDate, StyleTime };
 
     /// One of the sections for positive numbers, negative ones and zero.
     struct NumberSection
@@ -35,11 +35,13 @@ private:
         bool hasDigits = false; ///< false: only its texts show
         bool isGrouped = false;
         bool isPercent = false;
+
+        /// Digits with a point as this section shows them.
+        QString filled(const QString &digits) const;
     };
 
-    QString formatNumber(const Datum &datum) const;
-    QString formatMoment(const Datum &datum, const ValueTextStyle &style) const;
-    static QString formatSection(const NumberSection &section, const Datum &number);
+    QString formatNumber(const Datum &number) const;
+    QString formatMoment(const Datum &moment) const;
 
     Kind m_kind = Kind::Plain;
     std::vector<NumberSection> m_sections;
