@@ -282,6 +282,8 @@ void tst_report_faults::faultHasItsSentence_data()
                  "height=\"1in\"/>"),
         ", line 4, column 29: on=\"PageNumber\" of <Group>: rows are grouped before they are "
         "placed; page and row numbers cannot stand here.");
+    row("format that does not parse", field("Data", "column=\"a\" format=\"0.0;&quot;x\""),
+        ", line 4, column 57: format=\"0.0;\"x\" of <Data>: at character 5: the text that starts here has no closing \".");
 
     // Groups and sections
     row("two groups of one name",
