@@ -82,6 +82,11 @@ RenderResult LayoutFixture::render(
     settings.connection = &connection;
     ReportControl control;
     control.load(path, QStringLiteral("Main"));
+    for (Section &section : control.layout().sections) {
+        for (Field &field : section.fields)
+            field.subreport
+                = bindToItself && field.kind == FieldKind::Subreport ? &control : nullptr;
+    }
     return control.render(settings);
 }
 

@@ -23,6 +23,7 @@ public:
     QString refusal(const QString &report, const QString &table, const QString &others = {});
 
     RenderSettings settings;
+    bool bindToItself = false; ///< puts the report into its own sub-report fields
     QStringList queries; ///< that ran, in their order
 
 private:

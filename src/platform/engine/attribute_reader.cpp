@@ -1,6 +1,7 @@
 #include "platform/engine/attribute_reader.h"
 
-#include "platform/engine/near_word.h"
+#include "platform/engine/expression/value_format.h"
+#include "platform/engine/suggestion.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStringList>
@@ -134,13 +135,17 @@ ExpressionPtr AttributeReader::expression(const char *name) const
     if (!has(name))
         return nullptr;
     auto compiled = Expression::compile(text(name));
-    if (const auto *fault = std::get_if<ExpressionFault>(&compiled)) {
-        fail(name,
-            QString(QStringLiteral("at character %1 of the expression: ").arg(fault->offset + 1)
-                % fault->words),
-            fault->offset);
-    }
+    if (const auto *fault = std::get_if<ExpressionFault>(&compiled))
+        fail(name, *fault);
     return std::get<ExpressionPtr>(std::move(compiled));
+}
+
+QString AttributeReader::format(const char *name) const
+{
+    const auto compiled = ValueFormat::compile(text(name));
+    if (const auto *fault = std::get_if<ExpressionFault>(&compiled))
+        fail(name, *fault);
+    return text(name);
 }
 
 int AttributeReader::choice(const char *name, std::span<const QStringView> words) const
@@ -157,7 +162,19 @@ int AttributeReader::choice(const char *name, std::span<const QStringView> words
     fail(name, QString(u"no such value" % suggestion(value, possible)));
 }
 
-void AttributeReader::fail(const char *name, const QString &words, qsizetype unit) const
+void AttributeReader::fail(const char *name, const QString &words) const
+{
+    failAt(name, 0, words);
+}
+
+void AttributeReader::fail(const char *name, const ExpressionFault &fault) const
+{
+    const QString place = QStringLiteral("at character %1: ").arg(fault.offset + 1);
+    const QStringView end = fault.words.endsWith(u'?') || fault.words.endsWith(u'.') ? u"" : u".";
+    failAt(name, fault.offset, QString(place % fault.words % end));
+}
+
+void AttributeReader::failAt(const char *name, qsizetype unit, const QString &words) const
 {
     const XmlAttribute &attribute = *find(name);
     m_source.fail(offsetInValue(m_source, attribute, unit),

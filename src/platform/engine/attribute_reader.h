@@ -41,12 +41,17 @@ public:
     /// Compiled; null where it is missing.
     ExpressionPtr expression(const char *name) const;
 
+    /// Known to be a format. Empty where it is missing.
+    QString format(const char *name) const;
+
     /// Index into the words; -1 where it is missing.
     int choice(const char *name, std::span<const QStringView> words) const;
 
     /// A fault of an attribute that is there: `width="x" of <Label>: ` and the words. @throws
     /// ReportError always
-    [[noreturn]] void fail(const char *name, const QString &words, qsizetype unit = 0) const;
+    [[noreturn]] void fail(const char *name, const QString &words) const;
+    /// The same for a place in the value. @throws ReportError always
+    [[noreturn]] void fail(const char *name, const ExpressionFault &fault) const;
     /// A fault of the element. @throws ReportError always
     [[noreturn]] void fail(const QString &sentence) const
     {
@@ -57,6 +62,7 @@ public:
     const XmlElement &element() const { return m_element; }
 
 private:
+    [[noreturn]] void failAt(const char *name, qsizetype unit, const QString &words) const;
     const XmlAttribute *find(const char *name) const
     {
         return m_element.attribute(QString::fromLatin1(name));

@@ -1,6 +1,6 @@
 #include "platform/engine/element_table.h"
 
-#include "platform/engine/near_word.h"
+#include "platform/engine/suggestion.h"
 
 #include <QtCore/QMap>
 

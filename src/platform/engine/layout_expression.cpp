@@ -1,10 +1,6 @@
 #include "platform/engine/layout_expression.h"
 
-#include "platform/engine/near_word.h"
-
 #include <QtCore/QStringList>
-
-#include <algorithm>
 
 namespace corvane {
 
@@ -14,17 +10,11 @@ ExpressionPtr readExpression(
     const ExpressionPtr expression = reader.expression(name);
     if (!expression)
         return nullptr;
-    for (const Aggregate &aggregate : expression->aggregates()) {
-        if (aggregate.scope != AggregateScope::Group
-            || std::ranges::count(groups, aggregate.group, &Group::name))
-            continue;
-        QStringList names;
-        for (const Group &group : groups)
-            names += group.name;
-        reader.fail(name,
-            QString(QStringLiteral("there is no group \"%1\"").arg(aggregate.group)
-                % suggestion(aggregate.group, names)));
-    }
+    QStringList names;
+    for (const Group &group : groups)
+        names += group.name;
+    if (const auto fault = expression->findUnknownGroup(names))
+        reader.fail(name, *fault);
     return expression;
 }
 

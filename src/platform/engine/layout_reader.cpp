@@ -2,7 +2,7 @@
 
 #include "platform/engine/element_table.h"
 #include "platform/engine/layout_expression.h"
-#include "platform/engine/near_word.h"
+#include "platform/engine/suggestion.h"
 #include "platform/engine/page_reader.h"
 #include "platform/engine/section_reader.h"
 #include "platform/engine/subreport_check.h"
@@ -62,7 +62,10 @@ Group readGroup(
     Group group;
     group.place = source.placeOf(element.offset);
     group.name = reader.name("name");
-    if (std::ranges::count(outer, group.name, &Group::name))
+    // Sums name their group without regard to case.
+    if (std::ranges::any_of(outer, [&](const Group &other) {
+            return other.name.compare(group.name, Qt::CaseInsensitive) == 0;
+        }))
         reader.fail("name", QStringLiteral("this name is taken by another group."));
     group.on = readRowExpression(reader, "on");
     group.sort = SortOrder(std::max(0, reader.choice("sort", kSortOrders)));

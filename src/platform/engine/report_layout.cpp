@@ -12,8 +12,8 @@ const Group *ReportLayout::findGroup(QStringView groupName) const
 
 const Section *ReportLayout::findSection(SectionKind kind, int group) const
 {
-    const auto found = std::ranges::find_if(
-        sections, [&](const Section &section) { return section.kind == kind && section.group == group; });
+    const auto found = std::ranges::find_if(sections,
+        [&](const Section &section) { return section.kind == kind && section.group == group; });
     return found == sections.end() ? nullptr : &*found;
 }
 

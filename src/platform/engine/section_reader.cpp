@@ -2,7 +2,7 @@
 
 #include "platform/engine/field_reader.h"
 #include "platform/engine/layout_expression.h"
-#include "platform/engine/near_word.h"
+#include "platform/engine/suggestion.h"
 #include "platform/engine/page_reader.h"
 
 #include <QtCore/QSet>

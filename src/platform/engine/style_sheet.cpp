@@ -1,6 +1,6 @@
 #include "platform/engine/style_sheet.h"
 
-#include "platform/engine/near_word.h"
+#include "platform/engine/suggestion.h"
 
 #include <QtCore/QStringList>
 
@@ -96,7 +96,7 @@ constexpr LookAttribute kLookAttributes[] = {
             look.padding = *reader.length(name);
         }},
     {"format",
-        [](const auto &reader, auto name, FieldLook &look) { look.format = reader.text(name); }},
+        [](const auto &reader, auto name, FieldLook &look) { look.format = reader.format(name); }},
 };
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "platform/engine/subreport_check.h"
 
 #include "platform/engine/attribute_reader.h"
-#include "platform/engine/near_word.h"
+#include "platform/engine/suggestion.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QStringList>

@@ -2,28 +2,32 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 namespace corvane {
 
 namespace {
 
-/// How many letters must be put in, taken out or changed (Levenshtein's distance), without regard
-/// to case.
+/// How many letters must be put in, taken out, changed or swapped with their neighbour (the optimal string alignment
+/// distance), without regard to case.
 int distance(QStringView a, QStringView b)
 {
-    std::vector<int> row(size_t(b.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
+    const auto isSame = [&](qsizetype i, qsizetype j) { return a[i].toCaseFolded() == b[j].toCaseFolded(); };
+    std::vector<int> beforeLast;
+    std::vector<int> last(size_t(b.size()) + 1);
+    std::iota(last.begin(), last.end(), 0);
     for (qsizetype i = 0; i < a.size(); ++i) {
-        int diagonal = std::exchange(row[0], int(i) + 1);
+        std::vector<int> row(last.size(), int(i) + 1);
         for (qsizetype j = 0; j < b.size(); ++j) {
-            const bool isSame = a[i].toCaseFolded() == b[j].toCaseFolded();
-            const int changed = diagonal + (isSame ? 0 : 1);
-            diagonal = row[size_t(j) + 1];
-            row[size_t(j) + 1] = std::min({changed, diagonal + 1, row[size_t(j)] + 1});
+            const int changed = last[size_t(j)] + (isSame(i, j) ? 0 : 1);
+            row[size_t(j) + 1] = std::min({changed, last[size_t(j) + 1] + 1, row[size_t(j)] + 1});
+            if (i > 0 && j > 0 && isSame(i, j - 1) && isSame(i - 1, j))
+                row[size_t(j) + 1] = std::min(row[size_t(j) + 1], beforeLast[size_t(j) - 1] + 1);
         }
+        beforeLast = std::exchange(last, std::move(row));
     }
-    return row.back();
+    return last.back();
 }
 
 } // namespace
