@@ -281,7 +281,7 @@ void tst_layout::barcodesStandOnWholeTwips()
     const auto result = fixture.render(
         detail(
             R"xml(<Barcode type="code128" value="'AB12'" showText="true" width="2in" height="0.5in"/>
-        <Barcode type="qr" value="'https://clinic.example'" x="3in" width="1in" height="1in"/>
+        <Barcode type="qr" value="'https://clinic.example'" x="3in" width="1in" height="0.9in"/>
         <Barcode type="code128" value="'much too long for so little room'" x="5in" width="0.3in" height="0.5in"/>)xml",
             "1in"),
         numberedRows(1));

@@ -117,10 +117,10 @@ void ReportRendering::report(qsizetype row)
 void ReportRendering::collectNotes(const RowContext &context)
 {
     if (context.groupFaults() > 0) {
-        m_document->notes += QStringLiteral(
-            "The group of %1 rows could not be computed; they stand in a group without a value: %2")
-                                 .arg(context.groupFaults())
-                                 .arg(context.groupFaultWords());
+        const QString words = context.groupFaults() == 1
+            ? QStringLiteral("The group of %1 row could not be computed; it stands in one without a value: %2")
+            : QStringLiteral("The groups of %1 rows could not be computed; they stand in one without a value: %2");
+        m_document->notes += words.arg(context.groupFaults()).arg(context.groupFaultWords());
     }
     m_document->notes += m_placer.notes();
     m_document->notes += m_looks.fonts().takeSubstitutions();
