@@ -58,6 +58,7 @@ private Q_SLOTS:
     void splitsWhatNoPageHolds();
     void pagesHaveTotalsOfTheirOwn();
     void broughtForwardAndCarriedOver();
+    void conditionsSeeThePage();
     void columnsAreFilledInOrder();
     void reportsWithoutRowsHaveTheirHeaders();
     void refusesPagesWithoutRoom();
@@ -195,6 +196,24 @@ void tst_layout_pages::broughtForwardAndCarriedOver()
         numberedRows(9, 5));
     QCOMPARE(pages(*result.document),
         QStringList({QStringLiteral("b0 1 2 3 4 5 c15"), QStringLiteral("b15 6 7 8 9 c45")}));
+}
+
+void tst_layout_pages::conditionsSeeThePage()
+{
+    LayoutFixture fixture;
+    const RenderResult result = fixture.render(
+        QString(section("kind=\"detail\" visibleWhen=\"1 / ([n] - 2) &lt; 9\"", 1, "[n]")
+            + QStringLiteral(
+                R"xml(<Section kind="page-footer" height="1in"><Label text="more" visibleWhen="PageNumber &lt; PageCount" width="1in" height="0.2in"/>
+            <Line y="0.5in" width="6.5in" visibleWhen="PageNumber = PageCount"/></Section>)xml")),
+        numberedRows(9));
+    QCOMPARE(pages(*result.document),
+        QStringList({QStringLiteral("1 2 3 4 5 6 7 8 more"), QStringLiteral("9")}));
+    QCOMPARE(result.document->pages[0].rects.size(), 0u);
+    QCOMPARE(result.document->pages[1].rects.size(), 1u);
+    QCOMPARE(result.document->notes.size(), 1); // a section whose condition fails is shown
+    QVERIFY2(result.document->notes[0].startsWith(u"A condition could not be evaluated (1 times)"),
+        qPrintable(result.document->notes[0]));
 }
 
 void tst_layout_pages::columnsAreFilledInOrder()

@@ -104,7 +104,7 @@ void BandBuilder::addItem(Band &band, size_t field)
 void BandBuilder::fill(Band &band, BandItem &item, const FieldPlan &plan)
 {
     for (const auto &[condition, look] : plan.conditionalLooks) {
-        if (band.context->holds(condition)) {
+        if (band.context->holds(condition, false)) {
             item.look = &look;
             break;
         }

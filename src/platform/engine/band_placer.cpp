@@ -51,24 +51,21 @@ void BandPlacer::place(const Band &band, qint32 x, qint32 y, qint32 width, Dupli
     for (size_t i = 0; i < band.items.size(); ++i) {
         const BandItem &item = band.items[i];
         const FieldPlan &plan = band.plan->fields[i];
-        if (plan.isFrame() || (slice && !slice->items[i].isShown))
+        if (slice && !slice->items[i].isShown)
             continue;
         const ItemSlice part = sliceOf(i);
-        const BandExtra *extra = band.extraOf(item);
-        if (extra && extra->galley) {
-            m_line = -1;
-            const SectionPlan *above = nullptr;
-            for (const PlacedBand &inner : slice ? part.bands : allBands(*extra->galley)) {
-                place(*inner.band, x + plan.field->x.count(), y + part.top + inner.top,
-                    plan.field->width.count(), above == inner.band->plan ? Duplicates::Hide : Duplicates::Show, inner.slice.get());
-                above = inner.band->plan;
-            }
-            m_line = -1;
+        const bool isPicture = plan.field->kind == FieldKind::Picture && item.lines() == 0;
+        if (plan.isFrame() || isPicture) {
+            if (item.isOfPage)
+                wait(spot, item, part);
+            else if (isPicture && item.isVisible)
+                putReferences(spot, item, part);
             continue;
         }
-        if (plan.field->kind == FieldKind::Picture && item.lines() == 0) {
-            if (!item.isOfPage)
-                putReferences(spot, item, part);
+        if (plan.field->kind == FieldKind::Subreport && item.lines() == 0) {
+            if (item.isVisible)
+                placeGalley(spot, item, part, slice != nullptr);
+            m_line = -1;
             continue;
         }
         startBlock(spot, item, part, slice && slice->isContinued);
@@ -81,6 +78,22 @@ void BandPlacer::place(const Band &band, qint32 x, qint32 y, qint32 width, Dupli
             if (!part.isContinued)
                 count(spot, item);
         }
+    }
+}
+
+void BandPlacer::placeGalley(
+    const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isSliced)
+{
+    const BandExtra *extra = spot.band.extraOf(item);
+    if (!extra || !extra->galley)
+        return;
+    const Field &field = spot.band.fieldOf(item);
+    const SectionPlan *above = nullptr;
+    for (const PlacedBand &inner : isSliced ? slice.bands : allBands(*extra->galley)) {
+        place(*inner.band, spot.x + field.x.count(), spot.y + slice.top + inner.top,
+            field.width.count(), above == inner.band->plan ? Duplicates::Hide : Duplicates::Show,
+            inner.slice.get());
+        above = inner.band->plan;
     }
 }
 
@@ -238,9 +251,9 @@ void BandPlacer::putReferences(const Spot &spot, const BandItem &item, const Ite
 void BandPlacer::wait(const Spot &spot, const BandItem &item, const ItemSlice &slice)
 {
     const BandExtra *extra = spot.band.extraOf(item);
-    PageField field{m_page, quint32(page().runs.size()), quint32(page().blocks.size() - 1),
-        spot.band.plan, item.field, spot.band.context, spot.band.position, spot.x,
-        spot.y + slice.top, slice.height, {}};
+    PageField field{m_page, quint32(page().runs.size()),
+        quint32(std::max<size_t>(page().blocks.size(), 1) - 1), spot.band.plan, item.field,
+        spot.band.context, spot.band.position, spot.x, spot.y + slice.top, slice.height, {}};
     field.running = extra->running;
     // Aggregates that follow the pages count rows as they are placed: now, not when the row was
     // read.

@@ -63,6 +63,7 @@ private:
     void underline(size_t firstRun, const Spot &spot, const BandItem &item);
     void putReferences(const Spot &spot, const BandItem &item, const ItemSlice &slice);
     void wait(const Spot &spot, const BandItem &item, const ItemSlice &slice);
+    void placeGalley(const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isSliced);
     void count(const Spot &spot, const BandItem &item);
 
     Document &m_document;

@@ -194,9 +194,10 @@ FieldPlan LayoutPlan::planField(const Field &field, const Scope &section, TextLo
         plan.duplicateSlot = m_duplicateSlots++;
     const auto isOfPage
         = [this](int binding) { return binding >= 0 && m_bindings[size_t(binding)].isOfPage; };
-    plan.isOfPage = isOfPage(plan.value) || isOfPage(plan.visibleWhen) || isOfPage(plan.link)
-        || std::ranges::any_of(
-            plan.conditionalLooks, [&](const auto &look) { return isOfPage(look.first); });
+    plan.isOfPage = field.kind != FieldKind::Subreport
+        && (isOfPage(plan.value) || isOfPage(plan.visibleWhen) || isOfPage(plan.link)
+            || std::ranges::any_of(
+                plan.conditionalLooks, [&](const auto &look) { return isOfPage(look.first); }));
     return plan;
 }
 

@@ -23,7 +23,7 @@ public:
         , m_document(std::make_shared<Document>())
         , m_rowSource(settings)
         , m_looks(*m_document)
-        , m_facts{settings, control.layout().name}
+        , m_facts{settings, control.layout().name, &m_faults}
         , m_builder(*m_document, m_looks, settings.style)
         , m_placer(*m_document)
         , m_subreports(control, m_rowSource, m_looks, m_builder, m_facts)
@@ -39,13 +39,14 @@ private:
     void setUpPaper();
     void layOut();
     void report(qsizetype row);
-    void collectNotes(const RowContext &context);
+    void collectNotes();
 
     const ReportControl &m_control;
     const RenderSettings &m_settings;
     std::shared_ptr<Document> m_document;
     RowSource m_rowSource;
     TextLooks m_looks;
+    RunFaults m_faults;
     RunFacts m_facts;
     BandBuilder m_builder;
     BandPlacer m_placer;
@@ -104,7 +105,7 @@ void ReportRendering::layOut()
     walker.addSections(SectionKind::ReportFooter, context.rowCount() - 1);
     queue.finish();
     filler.finish();
-    collectNotes(context);
+    collectNotes();
 }
 
 void ReportRendering::report(qsizetype row)
@@ -114,13 +115,21 @@ void ReportRendering::report(qsizetype row)
         throw RunStop();
 }
 
-void ReportRendering::collectNotes(const RowContext &context)
+void ReportRendering::collectNotes()
 {
-    if (context.groupFaults() > 0) {
-        const QString words = context.groupFaults() == 1
-            ? QStringLiteral("The group of %1 row could not be computed; it stands in one without a value: %2")
-            : QStringLiteral("The groups of %1 rows could not be computed; they stand in one without a value: %2");
-        m_document->notes += words.arg(context.groupFaults()).arg(context.groupFaultWords());
+    if (m_faults.groups > 0) {
+        const QString words = m_faults.groups == 1
+            ? QStringLiteral(
+                "The group of %1 row could not be computed; it stands in one without a value: %2")
+            : QStringLiteral("The groups of %1 rows could not be computed; they stand in one "
+                             "without a value: %2");
+        m_document->notes += words.arg(m_faults.groups).arg(m_faults.groupWords);
+    }
+    if (m_faults.conditions > 0) {
+        m_document->notes += QStringLiteral(
+            "A condition could not be evaluated (%1 times); what it would hide is shown: %2")
+                                 .arg(m_faults.conditions)
+                                 .arg(m_faults.conditionWords);
     }
     m_document->notes += m_placer.notes();
     m_document->notes += m_looks.fonts().takeSubstitutions();

@@ -70,8 +70,8 @@ Datum RowContext::groupKeyOf(int group, qsizetype row)
     try {
         return evaluate(m_plan.groupKey(group));
     } catch (const EvaluationFault &fault) {
-        if (m_groupFaults++ == 0)
-            m_groupFaultWords = fault.words();
+        if (m_facts.faults->groups++ == 0)
+            m_facts.faults->groupWords = fault.words();
         return {};
     }
 }
@@ -213,14 +213,16 @@ Datum RowContext::evaluate(int binding)
     }
 }
 
-bool RowContext::holds(int binding)
+bool RowContext::holds(int binding, bool otherwise)
 {
     if (binding < 0)
         return true;
     try {
         return evaluate(binding).isTrue();
-    } catch (const EvaluationFault &) {
-        return false;
+    } catch (const EvaluationFault &fault) {
+        if (m_facts.faults->conditions++ == 0)
+            m_facts.faults->conditionWords = fault.words();
+        return otherwise;
     }
 }
 

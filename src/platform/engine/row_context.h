@@ -7,11 +7,21 @@
 
 namespace corvane {
 
+/// What could not be evaluated beside fields.
+struct RunFaults
+{
+    int groups = 0; ///< rows whose group could not be computed
+    QString groupWords; ///< of the first
+    int conditions = 0;
+    QString conditionWords;
+};
+
 /// What all expressions of one run see beside rows: shared by a report and its sub-reports.
 struct RunFacts
 {
     const RenderSettings &settings;
     QString reportName;
+    RunFaults *faults = nullptr;
     int pageNumber = 1;
     int pageCount = 1; ///< before the end: a guess that only serves to measure
 };
@@ -35,9 +45,9 @@ public:
 
     /// @throws EvaluationFault
     Datum evaluate(int binding);
-    /// Whether a condition holds; without one it does. A condition that cannot be evaluated does
-    /// not hold.
-    bool holds(int binding);
+    /// Whether a condition holds; without one it does. One that cannot be evaluated is counted and
+    /// gives `otherwise`.
+    bool holds(int binding, bool otherwise = true);
 
     /// A page begins: its aggregates start anew.
     void beginPage();
@@ -71,10 +81,6 @@ public:
     std::vector<QString> shown;
     qsizetype shownPosition = -2; ///< the row that `shown` is of
 
-    /// The first words of a group's expression that failed, and how often.
-    int groupFaults() const { return m_groupFaults; }
-    const QString &groupFaultWords() const { return m_groupFaultWords; }
-
     Datum column(const Expression &expression, int index) override;
     Datum aggregate(const Expression &expression, int index) override;
     Datum variable(ReportVariable variable) override;
@@ -103,8 +109,6 @@ private:
     std::vector<size_t> m_nearGroups; ///< by aggregate: the group that was asked for last
     const Snapshot *m_visitedRunning = nullptr;
     const std::vector<AggregateValue> *m_visitedPageTotals = nullptr;
-    int m_groupFaults = 0;
-    QString m_groupFaultWords;
 };
 
 } // namespace corvane
