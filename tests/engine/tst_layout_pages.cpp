@@ -57,6 +57,7 @@ private Q_SLOTS:
     void splitsBetweenLines();
     void splitsWhatNoPageHolds();
     void pagesHaveTotalsOfTheirOwn();
+    void pagesCountRowsWithoutDetails();
     void broughtForwardAndCarriedOver();
     void conditionsSeeThePage();
     void columnsAreFilledInOrder();
@@ -183,6 +184,17 @@ void tst_layout_pages::pagesHaveTotalsOfTheirOwn()
     QCOMPARE(pages(*result.document),
         QStringList(
             {QStringLiteral("s28 1 2 3 4 5 6 7 a4 of 9"), QStringLiteral("s17 8 9 a8.5 of 9")}));
+}
+
+void tst_layout_pages::pagesCountRowsWithoutDetails()
+{
+    LayoutFixture fixture;
+    const RenderResult result = fixture.render(
+        QString(groups("") + section("kind=\"group-footer\" group=\"g\"", 2, "'F' &amp; Sum([n])")
+            + section("kind=\"page-footer\"", 1, "Sum([n])")),
+        numberedRows(10, 2));
+    QCOMPARE(pages(*result.document),
+        QStringList({QStringLiteral("F3 F7 F11 F15 36"), QStringLiteral("F19 19")}));
 }
 
 void tst_layout_pages::broughtForwardAndCarriedOver()

@@ -36,6 +36,7 @@ PageFiller::PageFiller(Document &document, RowContext &context, BandBuilder &bui
     , m_setup(context.plan().layout().page)
     , m_headers(context.plan().sectionsOf(SectionKind::PageHeader))
     , m_footers(context.plan().sectionsOf(SectionKind::PageFooter))
+    , m_hasNoDetails(context.plan().sectionsOf(SectionKind::Detail).empty())
 {
 }
 
@@ -235,7 +236,7 @@ void PageFiller::put(const Band &band)
     makeRoom(0, band.position);
     const bool isKept = section.keepTogether && band.height <= freshRoom();
     makeRoom(isKept ? band.height : BandSlicer::leastHeight(band), band.position);
-    if (section.kind == SectionKind::Detail)
+    if (tellsOfRow(section.kind))
         m_context.countOnPage(band.position);
     m_hasBody = true;
     if (band.height <= room())
@@ -245,6 +246,14 @@ void PageFiller::put(const Band &band)
     m_latest = band.position;
     if (section.newPageAfter)
         wantNewPage();
+}
+
+/// A group's header stands before its first row, unless rows show in no other way.
+bool PageFiller::tellsOfRow(SectionKind kind) const
+{
+    return kind == SectionKind::Detail || kind == SectionKind::GroupFooter
+        || kind == SectionKind::ReportFooter
+        || (kind == SectionKind::GroupHeader && m_hasNoDetails);
 }
 
 void PageFiller::putSplit(const Band &band)

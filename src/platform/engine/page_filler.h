@@ -47,6 +47,7 @@ private:
     void startColumn();
     void checkRoom() const;
     void placeHere(const Band &band, const BandSlice *slice = nullptr);
+    bool tellsOfRow(SectionKind kind) const;
     void putSplit(const Band &band);
     void fillPageFields();
     std::vector<int> sectionPageCounts() const;
@@ -60,6 +61,7 @@ private:
     const PageSetup &m_setup;
     std::vector<const SectionPlan *> m_headers;
     std::vector<const SectionPlan *> m_footers;
+    bool m_hasNoDetails;
     std::vector<const SectionPlan *> m_footersHere; ///< those that show on this page
 
     int m_columns = 1;

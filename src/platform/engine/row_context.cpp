@@ -139,16 +139,19 @@ void RowContext::beginPage()
 void RowContext::countOnPage(qsizetype position)
 {
     const auto &aggregates = m_plan.aggregates();
-    if (std::ranges::none_of(aggregates, &AggregatePlan::followsPages) || position <= m_lastOnPage)
+    if (position <= m_lastOnPage || std::ranges::none_of(aggregates, &AggregatePlan::followsPages))
         return;
-    m_lastOnPage = position;
     const Visit visit(*this, position);
-    for (size_t i = 0; i < aggregates.size(); ++i) {
-        if (!aggregates[i].followsPages)
-            continue;
-        if (aggregates[i].level >= 0 && m_groups.levelStartingAt(position) <= aggregates[i].level)
-            m_builders[i].reset();
-        addTo(m_builders[i], aggregates[i]);
+    while (m_lastOnPage < position) {
+        setPosition(++m_lastOnPage);
+        for (size_t i = 0; i < aggregates.size(); ++i) {
+            if (!aggregates[i].followsPages)
+                continue;
+            if (aggregates[i].level >= 0
+                && m_groups.levelStartingAt(m_lastOnPage) <= aggregates[i].level)
+                m_builders[i].reset();
+            addTo(m_builders[i], aggregates[i]);
+        }
     }
 }
 

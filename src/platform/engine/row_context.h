@@ -51,8 +51,8 @@ public:
 
     /// A page begins: its aggregates start anew.
     void beginPage();
-    /// A row was placed on the current page: aggregates of the page and of page sections take it
-    /// in.
+    /// All rows up to this one stand on this page or an earlier one: aggregates of the page and of
+    /// page sections take in those that are new.
     void countOnPage(qsizetype position);
 
     /// The running aggregates that an expression needs, as they stand now.
