@@ -36,60 +36,55 @@ void BandPlacer::place(const Band &band, qint32 x, qint32 y, qint32 width, Dupli
         if (!slice || !slice->isContinued)
             m_document.outline.push_back({title, m_page, Twips(y), depth});
     }
-    const auto sliceOf = [&](size_t i) { return slice ? slice->items[i] : wholeOf(band.items[i]); };
+    const auto partOf = [&](size_t i) { return slice ? slice->items[i] : wholeOf(band.items[i]); };
     const auto isShown = [&](const BandItem &item) {
         return item.isVisible && !(item.isDuplicate && duplicates == Duplicates::Hide);
     };
-    if (!band.plan->isPlain) {
-        for (const quint16 i : band.plan->paintOrder) {
-            if (isShown(band.items[i]) && !band.items[i].isOfPage
-                && (!slice || slice->items[i].isShown))
-                paint(spot, band.items[i], sliceOf(i));
-        }
+    for (const quint16 i :
+        band.plan->isPlain ? std::span<const quint16>() : band.plan->paintOrder) {
+        const BandItem &item = band.items[i];
+        if (isShown(item) && !item.isOfPage && (!slice || slice->items[i].isShown))
+            paint(spot, item, partOf(i));
     }
     m_line = -1;
     for (size_t i = 0; i < band.items.size(); ++i) {
-        const BandItem &item = band.items[i];
-        const FieldPlan &plan = band.plan->fields[i];
-        if (slice && !slice->items[i].isShown)
-            continue;
-        const ItemSlice part = sliceOf(i);
-        const bool isPicture = plan.field->kind == FieldKind::Picture && item.lines() == 0;
-        if (plan.isFrame() || isPicture) {
-            if (item.isOfPage)
-                wait(spot, item, part);
-            else if (isPicture && item.isVisible)
-                putReferences(spot, item, part);
-            continue;
-        }
-        if (plan.field->kind == FieldKind::Subreport && item.lines() == 0) {
-            if (item.isVisible)
-                placeGalley(spot, item, part, slice != nullptr);
-            m_line = -1;
-            continue;
-        }
-        startBlock(spot, item, part, slice && slice->isContinued);
-        if (item.isOfPage)
-            wait(spot, item, part);
-        else if (isShown(item))
-            putText(spot, item, part);
-        if (isShown(item) && !item.isOfPage && (item.extra >= 0 || item.isCut)) {
-            putReferences(spot, item, part);
-            if (!part.isContinued)
-                count(spot, item);
-        }
+        if (!slice || slice->items[i].isShown)
+            placeItem(spot, band.items[i], partOf(i), isShown(band.items[i]));
     }
 }
 
-void BandPlacer::placeGalley(
-    const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isSliced)
+/// What a field has beside its painted part: letters, links, the bands of a sub-report.
+void BandPlacer::placeItem(
+    const Spot &spot, const BandItem &item, const ItemSlice &part, bool isShown)
+{
+    const FieldPlan &plan = spot.band.plan->fields[item.field];
+    const bool isPicture = plan.field->kind == FieldKind::Picture && item.lines() == 0;
+    if (plan.field->kind == FieldKind::Subreport && item.lines() == 0) {
+        if (isShown)
+            placeGalley(spot, item, part);
+        m_line = -1;
+        return;
+    }
+    if (!plan.isFrame() && !isPicture)
+        startBlock(spot, item, part);
+    if (item.isOfPage) {
+        wait(spot, item, part);
+    } else if (isShown && !plan.isFrame()) {
+        putText(spot, item, part);
+        putReferences(spot, item, part);
+        if (!part.isContinued)
+            count(spot, item);
+    }
+}
+
+void BandPlacer::placeGalley(const Spot &spot, const BandItem &item, const ItemSlice &slice)
 {
     const BandExtra *extra = spot.band.extraOf(item);
     if (!extra || !extra->galley)
         return;
     const Field &field = spot.band.fieldOf(item);
     const SectionPlan *above = nullptr;
-    for (const PlacedBand &inner : isSliced ? slice.bands : allBands(*extra->galley)) {
+    for (const PlacedBand &inner : slice.bands.empty() ? allBands(*extra->galley) : slice.bands) {
         place(*inner.band, spot.x + field.x.count(), spot.y + slice.top + inner.top,
             field.width.count(), above == inner.band->plan ? Duplicates::Hide : Duplicates::Show,
             inner.slice.get());
@@ -147,8 +142,7 @@ void BandPlacer::paintBorder(const Border &border, const QRect &frame)
 }
 
 /// One block for each line of fields; it reaches from the top to the bottom of its fields.
-void BandPlacer::startBlock(
-    const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isContinued)
+void BandPlacer::startBlock(const Spot &spot, const BandItem &item, const ItemSlice &slice)
 {
     const FieldPlan &plan = spot.band.plan->fields[item.field];
     const qint32 top = spot.y + slice.top;
@@ -156,7 +150,7 @@ void BandPlacer::startBlock(
     if (plan.line != m_line) {
         m_line = plan.line;
         const LinePlan &line = spot.band.plan->lines[plan.line];
-        page().blocks.push_back({line.kind, isContinued && slice.isContinued, line.columnCount,
+        page().blocks.push_back({line.kind, slice.isContinued, line.columnCount,
             quint32(page().runs.size()), top, bottom});
         return;
     }

@@ -57,13 +57,13 @@ private:
     void paint(const Spot &spot, const BandItem &item, const ItemSlice &slice);
     void paintBorder(const Border &border, const QRect &frame);
     void fill(qint32 x, qint32 y, qint32 width, qint32 height, QRgb colour);
-    void startBlock(
-        const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isContinued);
+    void startBlock(const Spot &spot, const BandItem &item, const ItemSlice &slice);
     void putText(const Spot &spot, const BandItem &item, const ItemSlice &slice);
     void underline(size_t firstRun, const Spot &spot, const BandItem &item);
     void putReferences(const Spot &spot, const BandItem &item, const ItemSlice &slice);
     void wait(const Spot &spot, const BandItem &item, const ItemSlice &slice);
-    void placeGalley(const Spot &spot, const BandItem &item, const ItemSlice &slice, bool isSliced);
+    void placeGalley(const Spot &spot, const BandItem &item, const ItemSlice &slice);
+    void placeItem(const Spot &spot, const BandItem &item, const ItemSlice &part, bool isShown);
     void count(const Spot &spot, const BandItem &item);
 
     Document &m_document;
