@@ -10,7 +10,7 @@ using namespace corvane;
 
 namespace {
 
-/// "Section/Key" to value, in the files' own spelling.
+/// A tabular report: "Section/Key" to value, in the files' own spelling.
 using Definition = QMap<QString, QString>;
 
 QString decoded(const QByteArray &bytes)
@@ -49,8 +49,10 @@ QMap<QString, Definition> definitions()
 {
     QMap<QString, Definition> result;
     const auto files = reportFiles();
-    for (auto file = files.begin(); file != files.end(); ++file)
-        result.insert(file.key(), parsed(decoded(file.value())));
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        if (!file.value().contains("<Reports>"))
+            result.insert(file.key(), parsed(decoded(file.value())));
+    }
     return result;
 }
 

@@ -6,7 +6,7 @@ namespace corvane::test {
 
 QStringList dump(const Document &document)
 {
-    static constexpr std::array kKinds {"Paragraph", "HeadingRow", "Row", "Caption"};
+    static constexpr std::array kKinds {"Paragraph", "HeadingRow", "Row", "Caption", "Furniture"};
     QStringList lines;
     int number = 0;
     for (const Page &page : document.pages) {

@@ -43,7 +43,8 @@ struct ShapedGlyphs {
     std::vector<float> yOffsets;
 };
 
-enum class BlockKind : quint8 { Paragraph, HeadingRow, Row, Caption };
+/// Furniture is a designed report's own page header or footer: part of the page, no part of its text.
+enum class BlockKind : quint8 { Paragraph, HeadingRow, Row, Caption, Furniture };
 
 /// A paragraph or one table row: the runs from firstRun up to the next block's first run. A row's runs
 /// are ordered by column; a column without a run is an empty cell. The runs of one cell cover one

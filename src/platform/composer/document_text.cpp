@@ -55,8 +55,10 @@ std::span<const TextRun> Page::blockRuns(size_t block) const
 
 void appendPageText(QString &out, const Page &page)
 {
-    for (size_t block = 0; block < page.blocks.size(); ++block)
-        appendBlock(out, page, block);
+    for (size_t block = 0; block < page.blocks.size(); ++block) {
+        if (page.blocks[block].kind != BlockKind::Furniture)
+            appendBlock(out, page, block);
+    }
 }
 
 QString documentText(const Document &document)

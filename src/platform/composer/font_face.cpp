@@ -93,16 +93,18 @@ double FontFace::advance(quint32 glyph) const
     return advance.x();
 }
 
-FontFacePtr FontLibrary::face(const QString &family, bool bold)
+FontFacePtr FontLibrary::face(const QString &family, bool bold, bool italic)
 {
-    FontFacePtr &slot = m_byName[{family, bold}];
+    FontFacePtr &slot = m_byName[{family, (bold ? 1 : 0) + (italic ? 2 : 0)}];
     if (slot)
         return slot;
     QFont font(sameWidthFamily(family));
     font.setBold(bold);
+    font.setItalic(italic);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setPixelSize(100);
-    if (!QFontDatabase::hasFamily(font.family()) && !bold) {
+    if (!QFontDatabase::hasFamily(font.family()) && !m_substituted.contains(family)) {
+        m_substituted += family;
         const QString used = QRawFont::fromFont(font).familyName();
         m_substitutions += QStringLiteral("The font \"%1\" is not installed; \"%2\" is used instead.").arg(family, used);
     }

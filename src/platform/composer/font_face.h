@@ -77,7 +77,7 @@ bool isSameFont(const QRawFont &a, const QRawFont &b);
 class FontLibrary
 {
 public:
-    FontFacePtr face(const QString &family, bool bold);
+    FontFacePtr face(const QString &family, bool bold, bool italic = false);
     /// The face of a font that the shaper fell back to.
     FontFacePtr face(const QRawFont &font);
 
@@ -88,9 +88,10 @@ public:
     QStringList takeSubstitutions();
 
 private:
-    QHash<std::pair<QString, bool>, FontFacePtr> m_byName;
+    QHash<std::pair<QString, int>, FontFacePtr> m_byName; ///< the number tells bold (1) and italic (2)
     std::vector<FontFacePtr> m_fallbacks;
     QStringList m_substitutions;
+    QStringList m_substituted; ///< families that a sentence was made for
 };
 
 } // namespace corvane

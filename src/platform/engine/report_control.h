@@ -1,0 +1,82 @@
+#pragma once
+
+#include "platform/composer/document.h"
+#include "platform/database/connection.h"
+#include "platform/engine/report_layout.h"
+
+#include <QtCore/QStringList>
+
+#include <functional>
+#include <map>
+#include <stdexcept>
+
+namespace corvane {
+
+/// A designed report that cannot be read or laid out; the words say what, where (file, line, column) and
+/// what would be right.
+class ReportError : public std::runtime_error
+{
+public:
+    explicit ReportError(const QString &description)
+        : std::runtime_error(description.toStdString())
+        , m_description(description)
+    {
+    }
+    const QString &description() const { return m_description; }
+
+private:
+    QString m_description;
+};
+
+/// Where a layout's rows come from.
+struct DataSource {
+    QString connectionString;
+    QString recordSource;
+};
+
+/// What a layout is filled with beside its rows.
+struct RenderSettings {
+    DocumentInfo info;
+    QString database; ///< name of the database, for expressions
+    std::map<QString, Datum> parameters; ///< by lower-case name
+    ValueTextStyle style;
+    Connection *connection = nullptr; ///< used where it is open on the data source's text; else one is opened
+    DriverSettings drivers;
+    std::function<bool(int percent)> progress; ///< false: the run is to stop; may be empty
+};
+
+/// What a finished run tells beside the document.
+struct RenderResult {
+    DocumentPtr document; ///< whole, unless it was stopped
+    RowsetPtr rows;       ///< of the main layout, in the data source's order
+    bool isStopped = false;
+};
+
+/// One report: a loaded layout with its data source.
+class ReportControl
+{
+public:
+    /// The names of the layouts in a file, in its order. @throws ReportError
+    static QStringList layoutNames(const QString &fileName);
+
+    /// @throws ReportError; the control is empty afterwards
+    void load(const QString &fileName, const QString &layoutName);
+    void clear();
+    bool isLoaded() const { return m_layout.has_value(); }
+
+    ReportLayout &layout() { return *m_layout; }
+    const ReportLayout &layout() const { return *m_layout; }
+    const QString &fileName() const { return m_fileName; }
+    DataSource &dataSource() { return m_dataSource; }
+    const DataSource &dataSource() const { return m_dataSource; }
+
+    /// Runs the record source and lays everything out. @throws ReportError, DatabaseError
+    RenderResult render(const RenderSettings &settings);
+
+private:
+    std::optional<ReportLayout> m_layout;
+    DataSource m_dataSource;
+    QString m_fileName;
+};
+
+} // namespace corvane

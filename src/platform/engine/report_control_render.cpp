@@ -1,0 +1,147 @@
+#include "platform/engine/band_queue.h"
+#include "platform/engine/subreports.h"
+
+namespace corvane {
+
+namespace {
+
+constexpr qsizetype kRowsPerProgress = 256;
+constexpr int kPagesPerProgress = 8;
+
+/// The user stopped the run.
+struct RunStop
+{
+};
+
+/// One run of one report: rows, plan and pages, from the query to the document.
+class ReportRendering
+{
+public:
+    ReportRendering(const ReportControl &control, const RenderSettings &settings)
+        : m_control(control)
+        , m_settings(settings)
+        , m_document(std::make_shared<Document>())
+        , m_rowSource(settings)
+        , m_looks(*m_document)
+        , m_facts{settings, control.layout().name, &m_faults}
+        , m_builder(*m_document, m_looks, settings.style)
+        , m_placer(*m_document)
+        , m_subreports(control, m_rowSource, m_looks, m_builder, m_facts)
+    {
+        m_builder.setSubreportSource([this](const FieldPlan &field, RowContext &context) {
+            return m_subreports.layOut(field, context);
+        });
+    }
+
+    RenderResult run();
+
+private:
+    void setUpPaper();
+    void layOut();
+    void report(qsizetype row);
+    void collectNotes();
+
+    const ReportControl &m_control;
+    const RenderSettings &m_settings;
+    std::shared_ptr<Document> m_document;
+    RowSource m_rowSource;
+    TextLooks m_looks;
+    RunFaults m_faults;
+    RunFacts m_facts;
+    BandBuilder m_builder;
+    BandPlacer m_placer;
+    Subreports m_subreports;
+    RowsetPtr m_rows;
+    qsizetype m_row = 0;
+};
+
+RenderResult ReportRendering::run()
+{
+    const DataSource &source = m_control.dataSource();
+    m_rows = m_rowSource.rows(source.connectionString, source.recordSource);
+    setUpPaper();
+    bool isStopped = false;
+    try {
+        layOut();
+    } catch (const RunStop &) {
+        isStopped = true;
+    }
+    m_document->isWhole = !isStopped;
+    return {m_document, m_rows, isStopped};
+}
+
+void ReportRendering::setUpPaper()
+{
+    const ReportLayout &layout = m_control.layout();
+    m_document->info = m_settings.info;
+    if (m_document->info.title.isEmpty())
+        m_document->info.title = layout.title.isEmpty() ? layout.name : layout.title;
+    m_document->paperWidth = layout.page.paperWidth;
+    m_document->paperHeight = layout.page.paperHeight;
+    m_document->leftMargin = layout.page.left;
+    m_document->rightMargin = layout.page.right;
+}
+
+void ReportRendering::layOut()
+{
+    const LayoutPlan plan(m_control.layout(), m_rows->fieldNames(), m_looks, PlanFor::Report);
+    RowContext context(plan, m_facts, m_rows);
+    int pages = 0;
+    PageFiller filler(*m_document, context, m_builder, m_placer, m_facts, [&] {
+        if (++pages % kPagesPerProgress == 0)
+            report(m_row);
+    });
+    BandQueue queue(filler);
+    RowWalker walker(context, m_builder, queue, GroupOutline::Entries);
+    report(0);
+    filler.start();
+    walker.walk([this](qsizetype row) {
+        m_row = row;
+        if (row % kRowsPerProgress == 0)
+            report(row);
+    });
+    queue.finish();
+    filler.leaveColumns();
+    walker.addSections(SectionKind::ReportFooter, context.rowCount() - 1);
+    queue.finish();
+    filler.finish();
+    collectNotes();
+}
+
+void ReportRendering::report(qsizetype row)
+{
+    const qsizetype count = std::max<qsizetype>(m_rows->rowCount(), 1);
+    if (m_settings.progress && !m_settings.progress(int(row * 100 / count)))
+        throw RunStop();
+}
+
+void ReportRendering::collectNotes()
+{
+    if (m_faults.groups > 0) {
+        const QString words = m_faults.groups == 1
+            ? QStringLiteral(
+                "The group of %1 row could not be computed; it stands in one without a value: %2")
+            : QStringLiteral("The groups of %1 rows could not be computed; they stand in one "
+                             "without a value: %2");
+        m_document->notes += words.arg(m_faults.groups).arg(m_faults.groupWords);
+    }
+    if (m_faults.conditions > 0) {
+        m_document->notes += QStringLiteral(
+            "A condition could not be evaluated (%1 times); what it would hide is shown: %2")
+                                 .arg(m_faults.conditions)
+                                 .arg(m_faults.conditionWords);
+    }
+    m_document->notes += m_placer.notes();
+    m_document->notes += m_looks.fonts().takeSubstitutions();
+}
+
+} // namespace
+
+RenderResult ReportControl::render(const RenderSettings &settings)
+{
+    if (!isLoaded())
+        throw ReportError(QStringLiteral("No layout is loaded."));
+    return ReportRendering(*this, settings).run();
+}
+
+} // namespace corvane
