@@ -40,6 +40,11 @@ if(CORVANE_COVERAGE)
   target_compile_options(corvane_options INTERFACE --coverage -O0)
   target_link_options(corvane_options INTERFACE --coverage)
 endif()
+if(CORVANE_FUZZ)
+  target_compile_options(corvane_options INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined)
+  target_link_options(corvane_options INTERFACE -fsanitize=address,undefined)
+endif()
 
 # The headers nearly every source needs, compiled once for libraries without widgets and once for those
 # with them and for the tests. These targets link nothing else: a definition that another target lacks

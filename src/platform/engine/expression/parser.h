@@ -63,6 +63,7 @@ private:
 
     Node parseOperand();
     Node parseWord(const Token &word);
+    Node numberNode(const Token &token);
     Node columnNode(const Token &token);
     Node parameterNode(const QString &name);
     Node variableNode(ReportVariable variable, const Token &word);

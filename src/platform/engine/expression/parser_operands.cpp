@@ -39,13 +39,6 @@ int indexOfName(QStringList &names, const QString &name)
     return index;
 }
 
-Datum numberOf(const QString &digits)
-{
-    const QByteArray latin = digits.toLatin1();
-    const auto exact = Decimal::parse(latin);
-    return exact ? Datum(*exact) : Datum::real(latin.toDouble());
-}
-
 QString arityFault(const Function &function, int count)
 {
     const auto arguments = [](int n) {
@@ -67,7 +60,7 @@ Node ExpressionParser::parseOperand()
     const Token token = take();
     switch (token.kind) {
     case TokenKind::Number:
-        return constantNode(numberOf(token.text));
+        return numberNode(token);
     case TokenKind::Text:
         return constantNode(token.text);
     case TokenKind::Column:
@@ -85,6 +78,18 @@ Node ExpressionParser::parseOperand()
     Node inner = parseOr();
     expectSymbol(u")");
     return inner;
+}
+
+Node ExpressionParser::numberNode(const Token &token)
+{
+    const QByteArray digits = token.text.toLatin1();
+    if (const auto exact = Decimal::parse(digits))
+        return constantNode(*exact);
+    bool isInRange = false;
+    const double real = digits.toDouble(&isInRange);
+    if (!isInRange)
+        return refuse(token.offset, QStringLiteral("the number is too large"));
+    return constantNode(Datum::real(real));
 }
 
 Node ExpressionParser::columnNode(const Token &token)
