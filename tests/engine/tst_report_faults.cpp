@@ -53,6 +53,15 @@ QByteArray chainOfReports(int length)
     return kStart + reports + "</Reports>";
 }
 
+QByteArray chainOfStyles(int length)
+{
+    QByteArray styles = "<Style name=\"0\"/>";
+    for (int i = 1; i <= length; ++i)
+        styles += "<Style name=\"" + QByteArray::number(i) + "\" basedOn=\""
+            + QByteArray::number(i - 1) + "\"/>";
+    return inReport("<Styles>" + styles + "</Styles><Section kind=\"detail\" height=\"1in\"/>");
+}
+
 QString loadFault(const QString &fileName)
 {
     ReportControl report;
@@ -164,7 +173,15 @@ void tst_report_faults::faultHasItsSentence_data()
     row("another report than asked for", kStart + "<Report name=\"Rr\"/></Reports>",
         ": There is no report \"R\" in it; did you mean Rr?");
 
+    row("root with an attribute before a bare one",
+        "<?xml version=\"1.0\"?><Reports a=\"\"><Reports></Reports></Reports>",
+        ", line 1, column 22: The root <Reports> takes no attributes.");
+
     // Names and their places
+    row("attribute like no other", field("Data", "column=\"a\" zzzzzzzz=\"1in\""),
+        ", line 4, column 45: unknown attribute \"zzzzzzzz\" of <Data>; possible are \"column\", "
+        "\"hideDuplicates\", \"name\", \"x\", \"y\", \"width\", \"height\", \"visibleWhen\", "
+        "\"style\", \"color\", \"background\", \"border\" and 18 others.");
     row("misspelt attribute", field("Data", "column=\"a\" widht=\"1in\""),
         ", line 4, column 45: unknown attribute \"widht\" of <Data>; did you mean width?");
     row("attribute of another element",
@@ -257,6 +274,9 @@ void tst_report_faults::faultHasItsSentence_data()
                  "basedOn=\"a\"/></Styles><Section kind=\"detail\" height=\"1in\"/>"),
         ", line 4, column 34: basedOn=\"b\" of <Style>: these styles are based on each other: a → "
         "b → a.");
+    row("21 styles in a row", chainOfStyles(21),
+        ", line 4, column 51: basedOn=\"0\" of <Style>: more than 20 styles are based on each "
+        "other in a row.");
     row("fault in a style that nothing uses",
         inReport("<Styles><Style name=\"a\" size=\"x\"/></Styles><Section kind=\"detail\" "
                  "height=\"1in\"/>"),
@@ -283,7 +303,8 @@ void tst_report_faults::faultHasItsSentence_data()
         ", line 4, column 29: on=\"PageNumber\" of <Group>: rows are grouped before they are "
         "placed; page and row numbers cannot stand here.");
     row("format that does not parse", field("Data", "column=\"a\" format=\"0.0;&quot;x\""),
-        ", line 4, column 57: format=\"0.0;\"x\" of <Data>: at character 5: the text that starts here has no closing \".");
+        ", line 4, column 57: format=\"0.0;\"x\" of <Data>: at character 5: the text that starts "
+        "here has no closing \".");
 
     // Groups and sections
     row("two groups of one name",
@@ -293,6 +314,11 @@ void tst_report_faults::faultHasItsSentence_data()
     row("header of an unknown group",
         inReport("<Section kind=\"group-header\" group=\"g\" height=\"1in\"/>"),
         ", line 4, column 37: group=\"g\" of <Section>: there is no such group in <Groups>.");
+    row("header of another group",
+        inReport("<Groups><Group name=\"g\" on=\"[a]\"/></Groups><Section kind=\"group-header\" "
+                 "group=\"zzz\" height=\"1in\"/>"),
+        ", line 4, column 80: group=\"zzz\" of <Section>: there is no such group in <Groups>; "
+        "possible is \"g\".");
     row("header of no group", inReport("<Section kind=\"group-header\" height=\"1in\"/>"),
         ", line 4, column 16: kind=\"group-header\" of <Section>: it needs the attribute \"group\" "
         "with the name of its group.");

@@ -189,12 +189,6 @@ QStringList elementNames()
     return rules().keys();
 }
 
-bool isLookAttribute(const QString &name)
-{
-    const ElementRule &style = *elementRule(QStringLiteral("Style"));
-    return name != u"name" && name != u"basedOn" && style.attributes.contains(name);
-}
-
 void checkStructure(const ReportSource &source, const XmlElement &element)
 {
     const ElementRule &rule = *elementRule(element.name);

@@ -23,10 +23,6 @@ const ElementRule *elementRule(const QString &name);
 /// The names of all elements, sorted.
 QStringList elementNames();
 
-/// Whether an attribute says how a field looks: those of `<Style>`, and of fields the same with the
-/// field's own value.
-bool isLookAttribute(const QString &name);
-
 /// Holds an element and all in it against the rules: unknown or missing names, order, stray text.
 /// @throws ReportError
 void checkStructure(const ReportSource &source, const XmlElement &element);
