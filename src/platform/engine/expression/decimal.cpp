@@ -28,6 +28,8 @@ std::optional<Units> times(Units a, Units b)
 
 std::optional<Units> scaledUp(Units units, int digits)
 {
+    if (digits == 0)
+        return units;
     return digits > Decimal::kMaxScale ? std::nullopt : times(units, kPowers[size_t(digits)]);
 }
 
