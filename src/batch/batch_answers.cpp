@@ -30,7 +30,7 @@ QString missingSelection(const SelectionToken &token)
 
 } // namespace
 
-std::variant<DateReply, AnswerFault> answerDates(const QString &request, const BatchOptions &options, DateOrder order, QDate today)
+std::variant<DateAnswers, AnswerFault> answerDates(const QString &request, const BatchOptions &options, DateOrder order, QDate today)
 {
     const DateToken token = DateToken::parseRequest(request);
     DateAnswers answers = defaultAnswers(token, order, today);
@@ -45,10 +45,10 @@ std::variant<DateReply, AnswerFault> answerDates(const QString &request, const B
     }
     if (const auto fault = orderFault(token, answers))
         return AnswerFault {ExitStatus::ReportFailed, *fault};
-    return DateReply {applyDates(request, answers, order), dateParamTable(answers, order)};
+    return answers;
 }
 
-std::variant<SelectionResult, AnswerFault> answerSelection(
+std::variant<SelectionAnswers, AnswerFault> answerSelection(
     const QString &request, const BatchOptions &options, Connection &connection, const ValueTextStyle &style)
 {
     const SelectionToken token = SelectionToken::parseRequest(request);
@@ -73,7 +73,30 @@ std::variant<SelectionResult, AnswerFault> answerSelection(
         return AnswerFault {ExitStatus::ReportFailed, QStringLiteral("The report's list is incomplete: %1").arg(list.incomplete)};
     if (const QString refusal = selectionRefusal(token, answers, list.incomplete); !refusal.isEmpty())
         return AnswerFault {ExitStatus::ReportFailed, refusal};
-    return applySelection(request, token, answers);
+    return answers;
+}
+
+std::variant<ParameterAnswers, AnswerFault> answerParameters(const ParametersClause &clause, const BatchOptions &options, DateOrder order)
+{
+    std::map<QString, QString> given;
+    for (const auto &[name, text] : options.params)
+        given[name.toLower()] = text;
+    ParameterAnswers answers;
+    for (const QueryParameter &parameter : clause.parameters) {
+        const QString name = parameter.name.toLower();
+        const bool isGiven = given.contains(name);
+        if (!isGiven && parameter.defaultText.isEmpty())
+            return AnswerFault {ExitStatus::Usage, QStringLiteral("The report asks for \"%1\": add --param \"%1=VALUE\".").arg(parameter.name)};
+        const QString text = isGiven ? given[name] : parameter.defaultText;
+        const auto value = readParameter(parameter.type, text, order);
+        if (!value)
+            return AnswerFault {ExitStatus::Usage, QStringLiteral("--param \"%1=%2\": the value does not fit the parameter's type.").arg(parameter.name, text)};
+        answers[name] = *value;
+        given.erase(name);
+    }
+    if (!given.empty())
+        return AnswerFault {ExitStatus::Usage, QStringLiteral("The report has no parameter \"%1\".").arg(given.begin()->first)};
+    return answers;
 }
 
 } // namespace corvane

@@ -30,6 +30,7 @@ void addOptions(QCommandLineParser &parser)
     add(u"date2", u"DATE");
     add(u"select", u"VALUE");
     add(u"select-all", nullptr);
+    add(u"param", u"NAME=VALUE");
     add(u"pdf", u"FILE");
     add(u"tagged", nullptr);
     add(u"xls", u"FILE");
@@ -104,6 +105,12 @@ std::variant<BatchOptions, UsageFault> parseBatchOptions(const QStringList &argu
     options.selectAll = parser.isSet(QStringLiteral("select-all"));
     if (options.selectAll && !options.select.isEmpty())
         return UsageFault {QStringLiteral("--select and --select-all exclude each other.")};
+    for (const QString &param : parser.values(QStringLiteral("param"))) {
+        const qsizetype equals = param.indexOf(u'=');
+        if (equals < 1)
+            return UsageFault {QStringLiteral("--param \"%1\" must be written NAME=VALUE.").arg(param)};
+        options.params.emplace_back(param.first(equals).trimmed(), param.sliced(equals + 1));
+    }
     for (const auto &[name, date] : {std::pair(QStringLiteral("from"), &options.from), {QStringLiteral("to"), &options.to},
              {QStringLiteral("date1"), &options.date1}, {QStringLiteral("date2"), &options.date2}}) {
         if (const QString fault = readDate(parser, name, dateOrder, *date); !fault.isEmpty())
@@ -118,6 +125,7 @@ QString batchUsage()
         "corvane-batch run REPORT [--folder DIR] --user ID [--password-stdin] [RecSrcTrue]\n"
         "    [--from DATE] [--to DATE] [--patient ID]\n"
         "    [--date1 DATE] [--date2 DATE] [--select VALUE]... | --select-all\n"
+        "    [--param NAME=VALUE]...\n"
         "    [--pdf FILE [--tagged]] [--xls FILE] [--text FILE] [--print QUEUE] [--timings]\n"
         "\n"
         "REPORT     a name from the list of reports, or a path to a report file\n"
@@ -128,6 +136,7 @@ QString batchUsage()
         "--patient  the patient's id, for a report that asks for one\n"
         "--date1 --date2 --select --select-all  answers to a report's own date and\n"
         "           selection questions; default of the dates: the report's own\n"
+        "--param    the value of a report's own parameter; default: the report's own\n"
         "--pdf --xls --text  the files to write: PDF, Excel workbook, plain text\n"
         "--tagged   the PDF has tags for screen readers however long it is\n"
         "--print    the printer to print on\n"

@@ -23,6 +23,7 @@ struct BatchOptions {
     std::optional<QDate> date2;
     QStringList select; ///< hidden values chosen from a selection's list
     bool selectAll = false;
+    std::vector<std::pair<QString, QString>> params; ///< name and value, answers to a PARAMETERS clause
     QString pdfFile;
     bool tagged = false; ///< the PDF has tags however long it is
     QString xlsFile;

@@ -1,5 +1,6 @@
 #include "batch/batch_run.h"
 
+#include "batch/batch_dialogs.h"
 #include "batch/console_host.h"
 #include "definitions/report_kind.h"
 #include "definitions/tabular_definition.h"
@@ -84,10 +85,13 @@ public:
     BatchJob(const BatchOptions &options, const QDateTime &now, const QLocale &locale)
         : m_options(options)
         , m_host(now, getDateOrder(locale))
-        , m_run(m_state, m_host, m_host, locale)
+        , m_dialogs(m_state, options, now.date(), cellStyle(locale))
+        , m_run(m_state, m_host, m_dialogs, locale)
     {
         m_state.programFolder = options.folder;
         m_state.gDateOrder = getDateOrder(locale);
+        if (options.recSrcTrue)
+            m_state.commandLine = QStringLiteral("RecSrcTrue");
         m_host.setRange(options.from.value_or(now.date()), options.to.value_or(now.date()));
     }
 
@@ -103,6 +107,10 @@ public:
         if (const int status = takePatient(path); status != ExitStatus::Done)
             return status;
         const RunResult result = hasFolder(m_options.report) ? m_run.openReport(path) : m_run.openListed(path);
+        if (const auto &fault = m_dialogs.fault()) {
+            printError(fault->words);
+            return fault->status;
+        }
         if (result != RunResult::Done || !m_run.hasWholeDocument())
             return ExitStatus::ReportFailed;
         printNotes(m_run.document()->notes);
@@ -135,7 +143,7 @@ private:
         if (m_options.patient.isEmpty()) {
             if (getReportType(path) != TabularReport || !TabularDefinition(path).getPatient())
                 return ExitStatus::Done;
-            printError(QStringLiteral("The report is for one patient: add --patient ID."));
+            printError(kPatientMissing);
             return ExitStatus::Usage;
         }
         try {
@@ -178,6 +186,7 @@ private:
                 written += m_options.pdfFile;
             }
             if (!m_options.xlsFile.isEmpty()) {
+                m_run.prepareExcel();
                 if (m_run.dataControl().isEmpty())
                     return kNoRowsToSave;
                 WorkbookNotes notes;
@@ -189,6 +198,8 @@ private:
             return error.message();
         } catch (const WorkbookError &error) {
             return error.message();
+        } catch (const DatabaseError &error) {
+            return QStringLiteral("The report's rows cannot be read again for the workbook: %1").arg(error.description());
         }
         return {};
     }
@@ -235,6 +246,7 @@ private:
     const BatchOptions &m_options;
     Reportr m_state;
     ConsoleHost m_host;
+    BatchDialogs m_dialogs;
     ReportRun m_run;
     qint64 m_pdfMs = 0;
     qint64 m_xlsMs = 0;

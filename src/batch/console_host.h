@@ -6,7 +6,7 @@ namespace corvane {
 
 /// The surroundings of a run without a window: messages go to standard error, the date range comes
 /// from the command line, and nothing else shows.
-class ConsoleHost : public ReportHost, public ParameterDialogs
+class ConsoleHost : public ReportHost
 {
 public:
     ConsoleHost(QDateTime now, int dateOrder);
@@ -26,11 +26,6 @@ public:
     void setDates(QDate from, QDate to) override;
     void resetDates() override { setDates(m_rangeFrom, m_rangeTo); }
     QDateTime now() const override { return m_now; }
-
-    /// The range was set when the report was opened, so the dialog's answer stands already.
-    void askDateRange(ReportHost &) override { }
-    /// The patient was chosen before the report was opened.
-    void askPatient() override { }
 
 private:
     DateEntry entry(QDate date) const;

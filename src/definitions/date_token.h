@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/dates/date_text.h"
+#include "shared/parameter_tables.h"
 
 #include <QtCore/QString>
 
@@ -39,10 +40,6 @@ struct DateAnswers
 
     bool operator==(const DateAnswers &) const = default;
 };
-
-/// Pairs of token and date text for sub-reports: column 0 the token, column 1 the date as it was
-/// shown. Deliberate: row 2 and column 2 stay empty; those who walk the table count on three rows.
-using DateParamTable = std::array<std::array<QString, 3>, 3>;
 
 /// What a default field puts into a date picker: a date as it stands, today for "Now()", otherwise
 /// nothing.

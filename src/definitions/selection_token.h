@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shared/parameter_tables.h"
+
 #include <QtCore/QStringList>
 
 #include <array>
@@ -43,9 +45,6 @@ struct SelectionAnswers {
 
 /// Why these answers cannot be taken from a list that is incomplete for this reason; empty: they can.
 QString selectionRefusal(const SelectionToken &token, const SelectionAnswers &answers, const QString &incomplete);
-
-/// Rows of a marker, its replacement and an empty text.
-using SelectionTable = std::vector<std::array<QString, 3>>;
 
 struct SelectionResult {
     QString sql;

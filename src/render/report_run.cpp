@@ -23,6 +23,7 @@ ReportRun::ReportRun(Reportr &state, ReportHost &host, ParameterDialogs &dialogs
     , m_dialogs(dialogs)
     , m_locale(std::move(locale))
     , m_style(cellStyle(m_locale))
+    , m_designed(state, host, dialogs)
 {
 }
 
@@ -111,6 +112,8 @@ RunResult ReportRun::runGuarded()
         return fail(error.number(), error.description());
     } catch (const RunTimeFault &fault) {
         return fail(fault.number(), fault.description());
+    } catch (const ReportError &error) {
+        return fail(0, error.description());
     } catch (const ComposeError &error) {
         return fail(RunTimeFault::InvalidArgument, error.description());
     } catch (const RunStopped &) {
@@ -124,7 +127,7 @@ RunResult ReportRun::runByKind()
     case TabularReport:
         return doReport();
     case DesignedReport:
-        return refuseDesigned();
+        return doXMLReport();
     case ReservedReport:
         m_host.message(QStringLiteral("Report Type Not Yet Supported"),
             MessageFlags::SystemModal | MessageFlags::Information, QStringLiteral(" Unsupported Report Selection"));
@@ -145,17 +148,24 @@ WorkbookOptions ReportRun::workbookOptions() const
     return options;
 }
 
-RunResult ReportRun::refuseDesigned()
+RunResult ReportRun::fail(int number, const QString &description)
 {
-    m_host.message(QStringLiteral("\"%1\" is not a tabular report, and this version shows tabular reports only. "
-                                  "Choose another report from the list.")
-                       .arg(QFileInfo(m_state.gRptFile).fileName()),
-        MessageFlags::Information, kTitle);
-    m_host.enableButton(RefreshButton, true);
-    return RunResult::NotRun;
+    setStatesAfterFailure();
+    const QString cause = number == 0 ? description : QStringLiteral("Error %1: %2").arg(number).arg(description);
+    m_host.message(QStringLiteral("The report \"%1\" could not be run.\n\n%2")
+                       .arg(QFileInfo(m_state.gRptFile).fileName(), cause),
+        MessageFlags::Critical, kTitle);
+    return RunResult::Failed;
 }
 
-RunResult ReportRun::fail(int number, const QString &description)
+RunResult ReportRun::failRendering(const QString &description)
+{
+    setStatesAfterFailure();
+    m_host.message(QString(u"Error rendering report. " + description), MessageFlags::Critical, kTitle);
+    return RunResult::Failed;
+}
+
+void ReportRun::setStatesAfterFailure()
 {
     const bool tabular = m_host.rptType == TabularReport;
     const TabularDefinition definition(m_state.gRptFile);
@@ -167,17 +177,12 @@ RunResult ReportRun::fail(int number, const QString &description)
     m_host.showHourglass(false);
     m_host.btnState(true);
     m_host.enableButton(DatesButton, tabular && definition.getDates());
-    m_host.enableButton(PatientButton, tabular && definition.getPatient());
+    m_host.enableButton(PatientButton, tabular ? definition.getPatient() : m_designed.asksForPatient());
     m_host.enableButton(PdfButton, false);
     m_host.enableButton(PropertiesButton, tabular);
     m_host.enableButton(ExcelButton, false);
     m_host.enableMenu(ReportMenu::mnuFPrint, false);
     m_host.enableMenu(ReportMenu::mnuFSendTo, false);
-    const QString cause = number == 0 ? description : QStringLiteral("Error %1: %2").arg(number).arg(description);
-    m_host.message(QStringLiteral("The report \"%1\" could not be run.\n\n%2")
-                       .arg(QFileInfo(m_state.gRptFile).fileName(), cause),
-        MessageFlags::Critical, kTitle);
-    return RunResult::Failed;
 }
 
 RunResult ReportRun::stop()

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "definitions/parameter_dialogs.h"
 #include "platform/composer/page_composer.h"
 #include "platform/grid/data_control.h"
 #include "platform/workbook/workbook_writer.h"
+#include "render/designed_run.h"
 #include "shared/report_host.h"
 #include "shared/reportr.h"
 #include "tabular/getrs.h"
@@ -44,7 +46,12 @@ public:
 
     /// What a workbook made of the data control says about itself.
     WorkbookOptions workbookOptions() const;
+    /// Fills the data control of a designed report with its rows, which a tabular report has done by itself.
+    /// False when the user cancelled what it asks for. @throws DatabaseError, RunTimeFault
+    bool prepareExcel();
     const DataControl &dataControl() const { return m_adodc1; }
+    /// How values read in cells and lists.
+    const ValueTextStyle &valueStyle() const { return m_style; }
     const RunTimings &timings() const { return m_timings; }
 
 private:
@@ -53,7 +60,10 @@ private:
     RunResult runGuarded();
     RunResult runByKind();
     RunResult doReport();
-    RunResult refuseDesigned();
+
+    RunResult doXMLReport();
+    RunResult renderDesigned(const QString &recordSource);
+    RenderSettings renderSettings();
 
     bool openDatabase(const TabularDefinition &definition);
     void setFonts(const TabularDefinition &definition);
@@ -65,6 +75,8 @@ private:
     void setButtonsAfterRun(const TabularDefinition &definition);
 
     RunResult fail(int number, const QString &description);
+    RunResult failRendering(const QString &description);
+    void setStatesAfterFailure();
     RunResult stop();
 
     Reportr &m_state;
@@ -74,6 +86,7 @@ private:
     ValueTextStyle m_style;
     PageComposer m_vp;
     DataControl m_adodc1;
+    DesignedRun m_designed;
     DocumentPtr m_document;
     RunTimings m_timings;
 };

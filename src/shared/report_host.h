@@ -58,17 +58,4 @@ public:
     bool bDatesChanged = false; ///< DateFrom or DateTo changed since the last finished report
 };
 
-/// The dialogs that a report asks its parameters with. Each returns when it is closed.
-class ParameterDialogs
-{
-public:
-    virtual ~ParameterDialogs() = default;
-
-    /// The fixed date range: starts from the host's dates and writes confirmed ones back.
-    virtual void askDateRange(ReportHost &host) = 0;
-
-    /// The patient search: leaves the chosen patient in gPatientID and gPatientText, empty when cancelled.
-    virtual void askPatient() = 0;
-};
-
 } // namespace corvane

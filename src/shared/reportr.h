@@ -2,10 +2,12 @@
 
 #include "platform/database/connection.h"
 #include "platform/messages/message_boxes.h"
+#include "shared/parameter_tables.h"
 
 #include <QtCore/QString>
 
 #include <memory>
+#include <optional>
 
 namespace corvane {
 
@@ -23,7 +25,10 @@ struct Reportr {
     qint16 gAccessType = 0;
     QString gPatientID;                ///< empty: no patient chosen
     QString gPatientText;
+    std::optional<corvane::DateParamTable> DateParamTable; ///< the date dialog's answers; none until it was accepted
+    SelectionTable SelectParamTable;              ///< the selection dialog's answers; empty until it was accepted
 
+    QString commandLine; ///< the program's, arguments separated by blanks
     QString programFolder;
     bool loggedOn = false;
 

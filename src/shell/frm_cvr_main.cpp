@@ -1,6 +1,9 @@
 #include "shell/frm_cvr_main.h"
 
 #include "dialogs/frm_def_dates.h"
+#include "dialogs/frm_rptr_dates.h"
+#include "dialogs/frm_rptr_params.h"
+#include "dialogs/frm_rptr_select.h"
 #include "dialogs/frmspatnt.h"
 #include "export/print_document.h"
 #include "export/save_excel.h"
@@ -8,11 +11,13 @@
 #include "platform/controls/date_field.h"
 #include "platform/controls/flood_panel.h"
 #include "platform/controls/ribbon_button.h"
+#include "platform/database/error.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_bar.h"
 #include "session/report_list.h"
 #include "session/startup.h"
 #include "shared/dates.h"
+#include "shared/run_time_fault.h"
 #include "shell/frm_reportr_logon.h"
 #include "shell/input_gate.h"
 #include "shell/report_list_view.h"
@@ -210,6 +215,8 @@ void frmCVRMain::mnuExcel_Click()
 {
     exportWith([this] {
         m_stopQuestion = tr("Do you want to stop saving?");
+        if (!m_run.prepareExcel())
+            return;
         SaveExcel(m_desktop, *this, m_run.dataControl(), m_run.workbookOptions(), m_state.programFolder);
     });
 }
@@ -226,6 +233,10 @@ void frmCVRMain::exportWith(Call call)
         call();
     } catch (const WorkbookError &error) {
         message(error.message(), MessageFlags::Exclamation, kTitle);
+    } catch (const DatabaseError &error) {
+        message(tr("The report's rows cannot be read again for the workbook: %1").arg(error.description()), MessageFlags::Exclamation, kTitle);
+    } catch (const RunTimeFault &fault) {
+        message(tr("The report's rows cannot be read again for the workbook: %1").arg(fault.description()), MessageFlags::Exclamation, kTitle);
     }
     m_gate->open();
     showProgress(0);
@@ -355,6 +366,34 @@ void frmCVRMain::askPatient()
 {
     const InputGate::Opened opened(*m_gate);
     frmspatnt(m_state, *this, this).exec();
+}
+
+std::optional<DateAnswers> frmCVRMain::askDates(const QString &request)
+{
+    frmRptrDates form(m_state.DateParamTable, *this, m_state.gDateOrder, [this] { return m_clock().date(); }, this);
+    form.RequestSQL = request;
+    form.Form_Load();
+    const InputGate::Opened opened(*m_gate);
+    form.exec();
+    return form.ResultSQL.isEmpty() ? std::nullopt : std::optional(form.answers());
+}
+
+std::optional<SelectionAnswers> frmCVRMain::askSelection(const QString &request)
+{
+    frmRptrSelect form(*m_state.gConn, *this, m_run.valueStyle(), this);
+    form.RequestSQL = request;
+    form.load();
+    const InputGate::Opened opened(*m_gate);
+    form.exec();
+    return form.ResultSQL.isEmpty() ? std::nullopt : std::optional(form.answers());
+}
+
+std::optional<ParameterAnswers> frmCVRMain::askParameters(const ParametersClause &clause)
+{
+    frmRptrParams form(clause, m_state.gDateOrder, [this] { return m_clock().date(); }, this);
+    const InputGate::Opened opened(*m_gate);
+    form.exec();
+    return form.answers();
 }
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "definitions/parameter_dialogs.h"
 #include "render/report_run.h"
 #include "shared/report_host.h"
 #include "shared/reportr.h"
@@ -54,6 +55,9 @@ public:
     QDateTime now() const override { return m_clock(); }
     void askDateRange(ReportHost &host) override;
     void askPatient() override;
+    std::optional<DateAnswers> askDates(const QString &request) override;
+    std::optional<SelectionAnswers> askSelection(const QString &request) override;
+    std::optional<ParameterAnswers> askParameters(const ParametersClause &clause) override;
 
     /// What the run asked for, whether or not the button's own feature is there yet.
     bool isButtonWanted(int index) const { return m_wanted[size_t(index)]; }

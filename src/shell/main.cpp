@@ -37,6 +37,7 @@ int main(int argc, char **argv)
 
     Reportr state;
     state.programFolder = programFolder(QApplication::arguments());
+    state.commandLine = QApplication::arguments().mid(1).join(u' ');
     const SingleInstance instance(state.programFolder);
     SystemDesktop desktop;
     frmCVRMain window(state, desktop, &QDateTime::currentDateTime, QLocale::system());

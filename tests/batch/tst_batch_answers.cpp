@@ -15,13 +15,28 @@ const QString kDates = QStringLiteral("a BETWEEN {DATE*1|2|1|Visits|From|To|11/0
 const QString kPayers = QStringLiteral("payer IN {*SQL01*}name|id|payers||Choose payers|1|1|{*/SQL*} AND 1=1");
 const QString kOnePayer = QStringLiteral("payer = {*SQL01*}name|id|payers||Choose a payer|0|0|{*/SQL*}");
 
-/// "status words" of a fault, the text of a success.
-template <typename Reply>
-QString told(const std::variant<Reply, AnswerFault> &answer)
+QString applied(const QString &request, const DateAnswers &answers)
+{
+    return applyDates(request, answers, DateOrder::MonthDayYear);
+}
+
+QString applied(const QString &request, const SelectionAnswers &answers)
+{
+    return applySelection(request, answers).sql;
+}
+
+QString applied(const QString &request, const ParameterAnswers &answers)
+{
+    return resolvedQuery(request, answers, DateOrder::MonthDayYear);
+}
+
+/// "status words" of a fault, what a success makes of the text.
+template <typename Answers>
+QString told(const QString &request, const std::variant<Answers, AnswerFault> &answer)
 {
     if (const auto *fault = std::get_if<AnswerFault>(&answer))
         return QStringLiteral("%1 %2").arg(fault->status).arg(fault->words);
-    return std::get<Reply>(answer).sql;
+    return applied(request, std::get<Answers>(answer));
 }
 
 } // namespace
@@ -35,6 +50,8 @@ private Q_SLOTS:
     void answersDates();
     void answersSelections_data();
     void answersSelections();
+    void answersParameters_data();
+    void answersParameters();
     void leavesFaultsOfTheTextToItsCaller();
 };
 
@@ -65,7 +82,7 @@ void tst_batch_answers::answersDates()
         options.date1 = date1;
     if (date2.isValid())
         options.date2 = date2;
-    const QString found = told(answerDates(request, options, DateOrder::MonthDayYear, kToday));
+    const QString found = told(request, answerDates(request, options, DateOrder::MonthDayYear, kToday));
     if (answer.endsWith(u' '))
         QVERIFY2(found.startsWith(answer) && found.size() > answer.size(), qPrintable(found));
     else
@@ -98,7 +115,33 @@ void tst_batch_answers::answersSelections()
     options.selectAll = all;
     const QList<QStringList> rows {{QStringLiteral("Alpha"), QStringLiteral("A")}, {QStringLiteral("Beta"), QStringLiteral("B's")}, {QStringLiteral("Gamma"), QStringLiteral("C")}};
     Connection connection({}, std::make_unique<test::CannedDriver>(QStringList({QStringLiteral("name"), QStringLiteral("id")}), rows));
-    QTEST(told(answerSelection(request, options, connection, {})), "answer");
+    QTEST(told(request, answerSelection(request, options, connection, {})), "answer");
+}
+
+void tst_batch_answers::answersParameters_data()
+{
+    QTest::addColumn<QString>("param");
+    QTest::addColumn<QString>("answer");
+    const auto row = [](const char *claim, const char *param, const char *answer) {
+        QTest::newRow(claim) << QString::fromLatin1(param) << QString::fromLatin1(answer);
+    };
+    row("value given, default taken", "payer=O'Hara", "SELECT * FROM t WHERE d >= '01/02/2026' AND p = 'O''Hara'");
+    row("both given", "payer=A,first day=2026-03-04", "SELECT * FROM t WHERE d >= '03/04/2026' AND p = 'A'");
+    row("one without a default is missing", "", "2 The report asks for \"payer\": add --param \"payer=VALUE\".");
+    row("no date", "payer=A,first day=soon", "2 --param \"first day=soon\": the value does not fit the parameter's type.");
+    row("a name that is not there", "payer=A,other=1", "2 The report has no parameter \"other\".");
+}
+
+void tst_batch_answers::answersParameters()
+{
+    QFETCH(QString, param);
+    const QString request = QStringLiteral("PARAMETERS [first day] DateTime #1/2/2026#, payer Text; SELECT * FROM t WHERE d >= [First Day] AND p = payer");
+    BatchOptions options;
+    for (const QString &pair : param.split(u',', Qt::SkipEmptyParts))
+        options.params.emplace_back(pair.section(u'=', 0, 0), pair.section(u'=', 1));
+    const auto clause = ParametersClause::parse(request, DateOrder::MonthDayYear);
+    QVERIFY(clause);
+    QTEST(told(request, answerParameters(*clause, options, DateOrder::MonthDayYear)), "answer");
 }
 
 void tst_batch_answers::leavesFaultsOfTheTextToItsCaller()

@@ -33,7 +33,7 @@ void tst_batch_print::printsOnTheNamedQueue()
     QCOMPARE(QString::fromUtf8(batch.readAllStandardError()), QString());
     QCOMPARE(batch.exitCode(), 0);
     std::optional<test::PrintedJob> job;
-    QTRY_VERIFY_WITH_TIMEOUT((job = server.takeJob()), 20'000);
+    QVERIFY(QTest::qWaitFor([&] { return (job = server.takeJob()).has_value(); }, 20'000));
     QProcess text;
     text.start(QStringLiteral("pdftotext"), {job->fileName, QStringLiteral("-")});
     QVERIFY(text.waitForFinished());

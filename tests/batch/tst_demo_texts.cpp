@@ -21,6 +21,17 @@ QByteArray readFile(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
 }
 
+/// A letter's date is the day of the run; the expectations have a word in its place.
+void withoutPrintDate(const QString &path)
+{
+    QByteArray text = readFile(path);
+    const QDate today = QDate::currentDate();
+    for (const QDate day : {today.addDays(-1), today})
+        text.replace(QLocale::c().toString(day, QStringLiteral("MMMM d, yyyy")).toUtf8(), "(print date)");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+}
+
 } // namespace
 
 class tst_demo_texts : public test::Suite
@@ -33,13 +44,7 @@ private Q_SLOTS:
     void everyReportIsReviewed();
 
 private:
-    /// The tabular ones.
-    QStringList reports() const
-    {
-        QStringList names = QDir(m_demo.report({})).entryList({QStringLiteral("*.rpt")});
-        names.removeIf([&](const QString &name) { return readFile(m_demo.report(name)).contains("<Reports>"); });
-        return names;
-    }
+    QStringList reports() const { return QDir(m_demo.report({})).entryList({QStringLiteral("*.rpt")}); }
 
     test::DemoFolder m_demo {kPatients};
 };
@@ -62,11 +67,13 @@ void tst_demo_texts::reportsReadAsReviewed()
     batch.start(QStringLiteral(CORVANE_BATCH),
         {QStringLiteral("run"), report, QStringLiteral("--folder"), m_demo.path(), QStringLiteral("--user"), QStringLiteral("nora"),
             QStringLiteral("--from"), QStringLiteral("2026-10-01"), QStringLiteral("--to"), QStringLiteral("2026-11-30"),
-            QStringLiteral("--patient"), QStringLiteral("1001"), QStringLiteral("--text"), text});
+            QStringLiteral("--patient"), QStringLiteral("1001"), QStringLiteral("--date1"), QStringLiteral("2026-11-02"),
+            QStringLiteral("--date2"), QStringLiteral("2026-11-04"), QStringLiteral("--select"), QStringLiteral("ANC"), QStringLiteral("--text"), text});
     QVERIFY(batch.waitForFinished(120'000));
     QCOMPARE(QString::fromUtf8(batch.readAllStandardError()), QString());
     QCOMPARE(batch.exitCode(), 0);
     const QString expected = QDir(kExpectations).filePath(QFileInfo(report).completeBaseName() + u".txt");
+    withoutPrintDate(text);
     if (qEnvironmentVariableIsSet("CORVANE_RENEW")) {
         QFile::remove(expected);
         QVERIFY(QFile::copy(text, expected));

@@ -224,6 +224,8 @@ void tst_demo_reports::filesArePlainText()
     int unicode = 0;
     for (auto file = files.begin(); file != files.end(); ++file) {
         const QByteArray &bytes = file.value();
+        if (bytes.contains("<Reports>"))
+            continue;
         QVERIFY2(bytes.endsWith("\r\n") && bytes.count('\n') == bytes.count("\r\n"),
             qPrintable(file.key()));
         const bool beyondAscii = std::ranges::any_of(bytes, [](char c) { return uchar(c) > 0x7f; });

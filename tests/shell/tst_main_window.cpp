@@ -479,7 +479,7 @@ void tst_main_window::printsOnTheChosenPrinter()
     QVERIFY(program.menu("mnuFPrint")->isEnabled());
     program.menu("mnuFPrint")->trigger();
     std::optional<test::PrintedJob> job;
-    QTRY_VERIFY_WITH_TIMEOUT((job = server.takeJob()), 20'000);
+    QVERIFY(QTest::qWaitFor([&] { return (job = server.takeJob()).has_value(); }, 20'000));
     QVERIFY2(job->title.contains(QStringLiteral("Phone")), qPrintable(job->title));
     server.stop();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/dates/date_text.h"
+#include "definitions/parameter_dialogs.h"
 #include "shared/report_host.h"
 
 #include <QtCore/QStringList>
@@ -53,6 +54,23 @@ public:
             answerPatient();
     }
 
+    std::optional<DateAnswers> askDates(const QString &request) override
+    {
+        asked += QString(u"dates " + request);
+        return answerDates;
+    }
+    std::optional<SelectionAnswers> askSelection(const QString &request) override
+    {
+        asked += QString(u"selection " + request);
+        return answerSelection ? answerSelection(request) : std::nullopt;
+    }
+    std::optional<ParameterAnswers> askParameters(const ParametersClause &clause) override
+    {
+        for (const QueryParameter &parameter : clause.parameters)
+            asked += QString(u"parameter " + parameter.name);
+        return answerParameters;
+    }
+
     /// Which of the seven buttons are on, as in "0 2 5".
     QString buttonsOn() const
     {
@@ -76,6 +94,10 @@ public:
     int progress = -1;
     int rangeAsked = 0;
     int patientAsked = 0;
+    QStringList asked; ///< what the later dialogs were asked with
+    std::optional<DateAnswers> answerDates;
+    std::function<std::optional<SelectionAnswers>(const QString &)> answerSelection;
+    std::optional<ParameterAnswers> answerParameters;
     std::function<void(int)> onProgress;
     std::function<void()> answerRange;
     std::function<void()> answerPatient;

@@ -51,6 +51,8 @@ std::span<const StructureTree::Id> BlockTagger::tag(const Page &page, size_t ind
     case BlockKind::Caption:
         tagCaption(page, index);
         break;
+    case BlockKind::Furniture:
+        break;
     }
     return elements;
 }

@@ -15,7 +15,7 @@ public:
     BlockTagger(const Document &document, StructureTree &tree);
 
     /// The elements of a block by column, for blocks in their order; none for what is no part of the
-    /// text: a heading row that only repeats the table's. Valid until the next call.
+    /// text: a heading row that only repeats the table's, a report's own page header. Valid until the next call.
     std::span<const StructureTree::Id> tag(const Page &page, size_t block);
     /// Gives an element that is no block its place behind what came so far.
     void place(StructureTree::Id element);
@@ -39,7 +39,7 @@ private:
 
     const Document &m_document;
     StructureTree &m_tree;
-    std::array<std::vector<Id>, 4> m_last; ///< by kind: what a continued block goes on with
+    std::array<std::vector<Id>, 5> m_last; ///< by kind: what a continued block goes on with
     std::optional<Id> m_table;
     int m_columns = 0; ///< of the table
     std::optional<QString> m_heading; ///< letters of the table's heading row, if it has one

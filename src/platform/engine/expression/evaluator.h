@@ -8,7 +8,7 @@ namespace corvane {
 class Evaluator
 {
 public:
-    Evaluator(const Expression &expression, const Program &program, EvaluationContext &context)
+    Evaluator(const Expression &expression, const ExpressionProgram &program, EvaluationContext &context)
         : m_expression(expression)
         , m_program(program)
         , m_context(context)
@@ -28,7 +28,7 @@ private:
     std::optional<bool> truth(const Datum &datum) const;
 
     const Expression &m_expression;
-    const Program &m_program;
+    const ExpressionProgram &m_program;
     EvaluationContext &m_context;
 };
 

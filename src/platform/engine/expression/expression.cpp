@@ -11,20 +11,20 @@ std::variant<ExpressionPtr, ExpressionFault> Expression::compile(QStringView tex
     auto program = parseExpression(text);
     if (const auto *fault = std::get_if<ExpressionFault>(&program))
         return *fault;
-    return std::make_shared<const Expression>(std::get<Program>(std::move(program)));
+    return std::make_shared<const Expression>(std::get<ExpressionProgram>(std::move(program)));
 }
 
 ExpressionPtr Expression::ofColumn(const QString &name)
 {
-    Program program;
+    ExpressionProgram program;
     program.root.kind = NodeKind::Column;
     program.columns += name;
     program.columnOffsets.push_back(0);
     return std::make_shared<const Expression>(std::move(program));
 }
 
-Expression::Expression(Program program)
-    : m_program(std::make_unique<const Program>(std::move(program)))
+Expression::Expression(ExpressionProgram program)
+    : m_program(std::make_unique<const ExpressionProgram>(std::move(program)))
 {
 }
 

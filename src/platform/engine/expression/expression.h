@@ -50,7 +50,7 @@ enum class AggregateFunction : quint8 { Sum, Average, Count, DistinctCount, Mini
 enum class AggregateScope : quint8 { Section, Group, Page, Report };
 
 class Expression;
-struct Program;
+struct ExpressionProgram;
 using ExpressionPtr = std::shared_ptr<const Expression>;
 
 /// One aggregate that an expression asks for; whoever walks the rows computes it.
@@ -119,10 +119,10 @@ public:
     /// The first column, those of aggregates included, that is not among the names.
     std::optional<ExpressionFault> findUnknownColumn(const QStringList &fieldNames) const;
 
-    explicit Expression(Program program);
+    explicit Expression(ExpressionProgram program);
 
 private:
-    std::unique_ptr<const Program> m_program;
+    std::unique_ptr<const ExpressionProgram> m_program;
 };
 
 } // namespace corvane

@@ -36,7 +36,7 @@ const std::array<ExpressionParser::BinaryOperator, 6> ExpressionParser::kCompari
     {{u"=", Operator::Equal}, {u"<>", Operator::NotEqual}, {u"<=", Operator::LessOrEqual},
         {u"<", Operator::Less}, {u">=", Operator::GreaterOrEqual}, {u">", Operator::Greater}}};
 
-std::variant<Program, ExpressionFault> parseExpression(QStringView text)
+std::variant<ExpressionProgram, ExpressionFault> parseExpression(QStringView text)
 {
     if (text.size() > kLongest)
         return ExpressionFault{
@@ -47,7 +47,7 @@ std::variant<Program, ExpressionFault> parseExpression(QStringView text)
     return ExpressionParser(std::get<std::vector<Token>>(std::move(tokens))).parse();
 }
 
-std::variant<Program, ExpressionFault> ExpressionParser::parse()
+std::variant<ExpressionProgram, ExpressionFault> ExpressionParser::parse()
 {
     m_program.root = parseOr();
     if (m_fault)

@@ -10,7 +10,7 @@
 namespace corvane {
 
 /// The text of an expression as a tree, or the first fault in it.
-std::variant<Program, ExpressionFault> parseExpression(QStringView text);
+std::variant<ExpressionProgram, ExpressionFault> parseExpression(QStringView text);
 
 /// Each level of the grammar is one function. After a fault the parser stands at the end, so that
 /// every level returns at once.
@@ -23,7 +23,7 @@ public:
     {
     }
 
-    std::variant<Program, ExpressionFault> parse();
+    std::variant<ExpressionProgram, ExpressionFault> parse();
 
 private:
     struct BinaryOperator
@@ -86,7 +86,7 @@ private:
     size_t m_at = 0;
     int m_depth = 0;
     QString m_aggregate; ///< the name of the aggregate whose argument is being read; empty: none
-    Program m_program;
+    ExpressionProgram m_program;
     std::optional<ExpressionFault> m_fault;
 };
 

@@ -26,11 +26,11 @@ Node ExpressionParser::parseAggregate(const Token &name, const AggregateName &kn
 /// The argument is an expression of its own: it is evaluated on other rows than what surrounds it.
 void ExpressionParser::parseAggregateArgument(const AggregateName &known, Aggregate &aggregate)
 {
-    Program outer = std::exchange(m_program, Program());
+    ExpressionProgram outer = std::exchange(m_program, ExpressionProgram());
     m_aggregate = known.name.toString();
     m_program.root = parseOr();
     m_aggregate.clear();
-    Program argument = std::exchange(m_program, std::move(outer));
+    ExpressionProgram argument = std::exchange(m_program, std::move(outer));
     m_program.variables |= argument.variables;
     for (const QString &parameter : argument.parameters) {
         if (!m_program.parameters.contains(parameter, Qt::CaseInsensitive))

@@ -56,7 +56,7 @@ struct Node
 };
 
 /// What an expression's text compiles to.
-struct Program
+struct ExpressionProgram
 {
     Node root;
     QStringList columns;
