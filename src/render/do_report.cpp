@@ -42,7 +42,7 @@ RunResult ReportRun::doReport()
     setFonts(definition);
     setWidths(definition);
     m_vp.startDocument({titleOf(definition, m_state.gRptFile), QFileInfo(m_state.gRptFile).fileName(),
-        m_state.gUserID, {}, m_host.now()});
+        m_state.gUserID, {}, m_host.now(), QStringLiteral("en-US")});
     m_vp.setHeader(QString(furnitureText(definition.header(u"LText")) + u'|' + furnitureText(definition.header(u"CText"))
         + u'|' + furnitureText(definition.header(u"RText"))));
     m_vp.setBold(false);

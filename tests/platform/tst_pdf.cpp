@@ -42,7 +42,7 @@ Document reportDocument()
     }
     builder.document().header = {QStringLiteral("Left head"), QStringLiteral("Clinic"), QStringLiteral("Page %d"), plain, plain};
     builder.document().footer = {QStringLiteral("Printed now"), {}, QStringLiteral("ada"), plain, plain};
-    builder.document().outline = {{QStringLiteral("Room A"), 0, Twips(1440)}, {QStringLiteral("Zoë's (room)"), 2, Twips(2880)}};
+    builder.document().outline = {{QStringLiteral("Room A"), 0, Twips(1440), 0}, {QStringLiteral("Zoë's (room)"), 2, Twips(2880), 0}};
     return builder.finish();
 }
 

@@ -43,7 +43,7 @@ DocumentBuilder::DocumentBuilder()
 {
     m_document.info = {QStringLiteral("Test"), QStringLiteral("test.rpt"), QStringLiteral("ada"),
         QStringLiteral("01/01/2026 to 01/31/2026"),
-        QDateTime(QDate(2026, 11, 22), QTime(9, 5), Qt::OffsetFromUTC, -5 * 3600)};
+        QDateTime(QDate(2026, 11, 22), QTime(9, 5), Qt::OffsetFromUTC, -5 * 3600), QStringLiteral("en-US")};
     setStyle(QStringLiteral("Liberation Sans"), 10);
 }
 

@@ -185,7 +185,7 @@ void PageComposer::newPage()
 
 void PageComposer::addOutlineEntry(const QString &title)
 {
-    m_document->outline.push_back({title, m_document->pageCount() - 1, m_y});
+    m_document->outline.push_back({title, m_document->pageCount() - 1, m_y, 0});
 }
 
 int PageComposer::pageCount() const
