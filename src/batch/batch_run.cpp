@@ -2,6 +2,7 @@
 
 #include "batch/batch_dialogs.h"
 #include "batch/console_host.h"
+#include "batch/report_name.h"
 #include "definitions/report_kind.h"
 #include "definitions/tabular_definition.h"
 #include "platform/database/error.h"
@@ -37,22 +38,6 @@ qint64 peakMemoryKiB()
     getrusage(RUSAGE_SELF, &usage);
     return usage.ru_maxrss;
 #endif
-}
-
-/// A bare name stands for a file of the report list, with or without its ending; empty when there is none.
-QString listedReport(const QString &folder, const QString &name)
-{
-    for (const QString &file : reportFiles(folder)) {
-        if (file.compare(name, Qt::CaseInsensitive) == 0
-            || QFileInfo(file).completeBaseName().compare(name, Qt::CaseInsensitive) == 0)
-            return QDir(folder).filePath(file);
-    }
-    return {};
-}
-
-bool hasFolder(const QString &report)
-{
-    return report.contains(u'/') || report.contains(QDir::separator());
 }
 
 /// Writes the document page by page; nothing stands under the name until commit().

@@ -1,3 +1,4 @@
+#include "batch/batch_check.h"
 #include "batch/batch_options.h"
 #include "batch/batch_run.h"
 #include "batch/console_host.h"
@@ -57,13 +58,30 @@ QString readPasswordLine()
 
 int usage(const UsageFault &fault)
 {
+    const QByteArray words = QString(batchUsage() + u'\n' + checkUsage()).toLocal8Bit();
     if (fault.helpAsked) {
-        std::fputs(batchUsage().toLocal8Bit().constData(), stdout);
+        std::fputs(words.constData(), stdout);
         return ExitStatus::Done;
     }
     printError(fault.words);
-    std::fputs(batchUsage().toLocal8Bit().constData(), stderr);
+    std::fputs(words.constData(), stderr);
     return ExitStatus::Usage;
+}
+
+QString programFolder(const QString &folder)
+{
+    return folder.isEmpty() ? QCoreApplication::applicationDirPath() : folder;
+}
+
+int check(const QStringList &arguments, const QString &variable, const QLocale &locale)
+{
+    auto parsed = parseCheckOptions(arguments);
+    if (const auto *fault = std::get_if<UsageFault>(&parsed))
+        return usage(*fault);
+    auto &options = std::get<CheckOptions>(parsed);
+    options.folder = programFolder(options.folder);
+    const QString password = options.passwordFromInput ? readPasswordLine() : variable;
+    return runCheck(options, password, QDateTime::currentDateTime(), locale);
 }
 
 } // namespace
@@ -76,13 +94,15 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication application(argc, argv);
     const QLocale locale = QLocale::system();
+    const QStringList arguments = QCoreApplication::arguments();
+    if (isCheck(arguments))
+        return check(arguments, variable, locale);
 
-    auto parsed = parseBatchOptions(QCoreApplication::arguments(), getDateOrder(locale));
+    auto parsed = parseBatchOptions(arguments, getDateOrder(locale));
     if (const auto *fault = std::get_if<UsageFault>(&parsed))
         return usage(*fault);
     auto &options = std::get<BatchOptions>(parsed);
-    if (options.folder.isEmpty())
-        options.folder = QCoreApplication::applicationDirPath();
+    options.folder = programFolder(options.folder);
     const QString password = options.passwordFromInput ? readPasswordLine() : variable;
     return runBatch(options, password, QDateTime::currentDateTime(), locale);
 }

@@ -34,6 +34,18 @@ QString fixDBNames(const QString &sql, const DatabaseNames &names)
     return names.second.isEmpty() ? main : withName(main, u"HalvernDB", names.second);
 }
 
+QString queryText(const QString &first, const QString &second, const DatabaseNames &names, const QueryTokens &tokens)
+{
+    QString query = fixDBNames(first + u' ', names);
+    if (!second.isEmpty())
+        query += fixDBNames(second, names) + u' ';
+    if (tokens.dates) {
+        query = replaceEvery(query, u"{DATE1}", tokens.dates->front());
+        query = replaceEvery(query, u"{DATE2}", tokens.dates->back());
+    }
+    return tokens.patient ? replaceEvery(query, u"<PID>", *tokens.patient) : query;
+}
+
 QString ParseSQL(const QString &szsql, const QString &findStr, const QString &repString, int dateOrder)
 {
     const qsizetype at = szsql.indexOf(findStr);

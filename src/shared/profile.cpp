@@ -33,11 +33,11 @@ bool isComment(QStringView line)
     return line.trimmed().startsWith(u';');
 }
 
-QString withoutQuotes(QStringView value)
+QStringView readValue(QStringView value)
 {
     const bool quoted = value.size() >= 2 && value.front() == value.back()
         && (value.front() == u'"' || value.front() == u'\'');
-    return (quoted ? value.sliced(1, value.size() - 2) : value).left(Profile::kLongestValue).toString();
+    return (quoted ? value.sliced(1, value.size() - 2) : value).left(Profile::kLongestValue);
 }
 
 QStringView withoutReturn(QStringView line)
@@ -59,35 +59,43 @@ QByteArray untilNul(const QByteArray &bytes)
 
 Profile readProfile(const QString &file)
 {
-    const QByteArray bytes = untilNul(readAll(file));
-    return Profile(decodeProfile(bytes, profileEncoding(file, bytes)));
+    return Profile(profileText(file, readAll(file)));
 }
 
 } // namespace
 
-Profile::Profile(QStringView text)
+Profile::Profile(QStringView text, ProfileObserver *observer)
 {
     const qsizetype nul = text.indexOf(u'\0');
     if (nul >= 0)
         text.truncate(nul);
     QHash<QString, QString> *section = nullptr;
-    QHash<QString, QString> ignored;
+    QHash<QString, QString> overlooked;
+    ProfileLine line;
     for (const QStringView rawLine : text.tokenize(u'\n')) {
-        const QStringView line = withoutReturn(rawLine);
-        if (isComment(line))
-            continue;
-        if (const QStringView name = sectionName(line); !name.isNull()) {
-            const QString key = folded(name);
+        line = {ProfileLineKind::Stray, line.number + 1, withoutReturn(rawLine), {}, {}, {}};
+        const qsizetype equals = line.text.indexOf(u'=');
+        if (isComment(line.text)) {
+            line.kind = ProfileLineKind::Comment;
+        } else if (line.name = sectionName(line.text); !line.name.isNull()) {
+            const QString key = folded(line.name);
             const bool repeated = m_sections.contains(key);
-            section = repeated ? &ignored : &m_sections[key];
-            continue;
+            section = repeated ? &overlooked : &m_sections[key];
+            line.kind = repeated ? ProfileLineKind::RepeatedSection : ProfileLineKind::Section;
+        } else if (section && equals >= 0) {
+            line.name = line.text.first(equals);
+            line.rawValue = line.text.sliced(equals + 1);
+            line.value = readValue(line.rawValue);
+            const QString key = folded(line.name);
+            const bool repeated = section->contains(key);
+            if (!repeated)
+                section->insert(key, line.value.toString());
+            line.kind = section == &overlooked ? ProfileLineKind::OverlookedKey
+                : repeated                     ? ProfileLineKind::RepeatedKey
+                                               : ProfileLineKind::Key;
         }
-        const qsizetype equals = line.indexOf(u'=');
-        if (!section || equals < 0)
-            continue;
-        const QString key = folded(line.first(equals));
-        if (!section->contains(key))
-            section->insert(key, withoutQuotes(line.sliced(equals + 1)));
+        if (observer)
+            observer->take(line);
     }
 }
 
@@ -122,6 +130,12 @@ QString decodeProfile(QByteArrayView bytes, ProfileEncoding encoding)
         break;
     }
     return QString::fromUtf8(bytes);
+}
+
+QString profileText(const QString &file, const QByteArray &bytes)
+{
+    const QByteArray text = untilNul(bytes);
+    return decodeProfile(text, profileEncoding(file, text));
 }
 
 ProfileFile::ProfileFile(const QString &file)

@@ -10,6 +10,34 @@
 
 namespace corvane {
 
+/// What the reader makes of a line.
+enum class ProfileLineKind {
+    Comment,
+    Section,
+    RepeatedSection, ///< a name that an earlier section has: nothing in it is looked at
+    Key,
+    RepeatedKey,     ///< a name that an earlier key of the section has
+    OverlookedKey,   ///< in a repeated section
+    Stray,           ///< blank, without equals sign, or before the first section
+};
+
+/// One line as the reader takes it. The views point into the text.
+struct ProfileLine {
+    ProfileLineKind kind = ProfileLineKind::Stray;
+    int number = 0;       ///< from 1
+    QStringView text;     ///< without its end
+    QStringView name;     ///< of a section or key as written, blanks included
+    QStringView rawValue; ///< of a key, quotes included
+    QStringView value;    ///< as it is read
+};
+
+class ProfileObserver
+{
+public:
+    virtual ~ProfileObserver() = default;
+    virtual void take(const ProfileLine &line) = 0;
+};
+
 /// A profile ("INI") text read once: sections in brackets, key=value lines, ";" comment lines.
 /// Names ignore case and blanks around them, values keep theirs; one matching pair of quotes around a
 /// whole value is dropped; the first section of a name and the first key in it count; a NUL ends the text.
@@ -19,7 +47,8 @@ public:
     static constexpr qsizetype kLongestValue = 7999;
 
     Profile() = default;
-    explicit Profile(QStringView text);
+    /// The observer is shown every line, in the file's order.
+    explicit Profile(QStringView text, ProfileObserver *observer = nullptr);
 
     /// Empty for anything missing; at most kLongestValue characters.
     QString value(QStringView section, QStringView key) const;
@@ -33,6 +62,8 @@ private:
 enum class ProfileEncoding { Windows1252, Utf8, Utf8WithMark };
 ProfileEncoding profileEncoding(const QString &file, QByteArrayView bytes);
 QString decodeProfile(QByteArrayView bytes, ProfileEncoding encoding);
+/// A file's bytes as the reader takes them: up to the first NUL, in the file's encoding.
+QString profileText(const QString &file, const QByteArray &bytes);
 
 /// A profile file kept parsed. It answers as if nothing were kept, provided that refresh() is called
 /// before each use, or once per record where a report reads it cell by cell. It keeps the file open.

@@ -4,7 +4,6 @@
 #include "definitions/tabular_definition.h"
 #include "platform/composer/page_composer.h"
 #include "platform/grid/data_control.h"
-#include "shared/lists.h"
 #include "shared/report_host.h"
 #include "shared/reportr.h"
 #include "tabular/tabular_build.h"
@@ -16,17 +15,12 @@ namespace corvane {
 QString tabularQuery(const TabularRun &run)
 {
     const TabularDefinition &definition = run.definition;
-    const DatabaseNames names = databaseNames(run.state);
-    QString query = fixDBNames(definition.recordSource1() + u' ', names);
-    if (!definition.recordSource2().isEmpty())
-        query += fixDBNames(definition.recordSource2(), names) + u' ';
-    if (definition.getDates()) {
-        query = replaceEvery(query, u"{DATE1}", run.host.dateFrom().text);
-        query = replaceEvery(query, u"{DATE2}", run.host.dateTo().text);
-    }
+    QueryTokens tokens;
+    if (definition.getDates())
+        tokens.dates = {run.host.dateFrom().text, run.host.dateTo().text};
     if (definition.getPatient())
-        query = replaceEvery(query, u"<PID>", run.state.gPatientID);
-    return query;
+        tokens.patient = run.state.gPatientID;
+    return queryText(definition.recordSource1(), definition.recordSource2(), databaseNames(run.state), tokens);
 }
 
 BodyResult getrs(const TabularRun &run, const QString &Spacing, const QString &Heading)

@@ -1,3 +1,4 @@
+#include "shared/placed_profile.h"
 #include "shared/profile.h"
 #include "support/suite.h"
 
@@ -31,6 +32,7 @@ class tst_profile : public test::Suite
 private Q_SLOTS:
     void readsAValue_data();
     void readsAValue();
+    void saysWhatEveryLineIs();
     void cutsLongValues();
     void readsEncodings_data();
     void readsEncodings();
@@ -85,6 +87,29 @@ void tst_profile::readsAValue()
     QCOMPARE(ReadINI(file, u"MAIN", u" key "), value);
     QCOMPARE(ReadINI(file, u"Main", u"Absent"), QString());
     QCOMPARE(ReadINI(path("absent.rpt"), u"Main", u"Key"), QString());
+    // The reading with places sees the same, and the value stands where it says.
+    const QString text = profileText(file, bytes);
+    const PlacedProfile placed(text);
+    const PlacedLine *line = placed.line(u"main", u"KEY");
+    QCOMPARE(placed.value(u"Main", u"Key"), value);
+    QCOMPARE(line ? line->value : QString(), value);
+    if (line)
+        QVERIFY(text.split(u'\n')[line->valuePlace.line - 1].sliced(line->valuePlace.column - 1).startsWith(value));
+}
+
+void tst_profile::saysWhatEveryLineIs()
+{
+    const PlacedProfile placed(u"A=0\n\n;c\n[One]\r\nA=1\n a =2\nstray\n[Two\nB=\"x\"\n [one] \nC=3");
+    using enum ProfileLineKind;
+    QStringList lines;
+    for (const PlacedLine &line : placed.lines())
+        lines += QStringLiteral("%1 %2:%3 [%4] %5=%6 %7")
+                     .arg(int(line.kind)).arg(line.place.line).arg(line.place.column).arg(line.section, line.name, line.value)
+                     .arg(line.valuePlace.column);
+    const auto expected = [](ProfileLineKind kind, const char *rest) { return QString(QString::number(int(kind)) + u' ' + QLatin1StringView(rest)); };
+    QCOMPARE(lines, QStringList({expected(Stray, "1:1 [] A=0= 1"), expected(Section, "4:1 [One] = 1"), expected(Key, "5:1 [One] A=1 3"),
+        expected(RepeatedKey, "6:2 [One] a=2 5"), expected(Stray, "7:1 [One] stray= 1"), expected(Section, "8:1 [Two] = 1"),
+        expected(Key, "9:1 [Two] B=x 4"), expected(RepeatedSection, "10:2 [one] = 1"), expected(OverlookedKey, "11:1 [one] C=3 3")}));
 }
 
 void tst_profile::cutsLongValues()

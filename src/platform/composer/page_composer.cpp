@@ -14,8 +14,6 @@ constexpr Twips kShortSide {12240};
 constexpr Twips kLongSide {15840};
 constexpr Twips kColumnGap {360};
 constexpr Twips kLeastTextWidth {720};
-constexpr double kSmallestFont = 1;
-constexpr double kLargestFont = 144;
 constexpr QRgb kQuietInk = 0xff6b7480;
 constexpr size_t kRunsPerPage = 512;
 constexpr size_t kPagesNamed = 5;

@@ -36,6 +36,10 @@ enum class TableFlow { Starts, Continues };
 inline constexpr int kNoShade = 0;
 inline constexpr int kCaptionShade = 65535;
 
+/// Font sizes that can be asked for, in points.
+inline constexpr double kSmallestFont = 1;
+inline constexpr double kLargestFont = 144;
+
 /// Builds a Document from paragraphs and tables, page by page, on Letter paper. No widget, no printer.
 /// Positions count from the paper's upper edge. Text wraps in its column and rows grow; a row is split
 /// across pages only when it is taller than a page.
