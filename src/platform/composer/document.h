@@ -140,7 +140,7 @@ struct DocumentInfo {
     QString user;
     QString dateRange; ///< as the heading line shows it
     QDateTime printedAt;
-    QString language; ///< of its fixed words, as in "en-US" (BCP 47); empty: not known
+    QString language {}; ///< of its fixed words, as in "en-US" (BCP 47); empty: not known
 };
 
 /// A finished report: pages of packed drawing operations, all lengths in twips. Immutable once shared.
