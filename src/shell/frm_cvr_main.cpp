@@ -1,8 +1,12 @@
 #include "shell/frm_cvr_main.h"
 
+#include "dialogs/frm_about.h"
 #include "dialogs/frm_def_dates.h"
 #include "dialogs/frmspatnt.h"
+#include "editor/frm_cvr_props.h"
 #include "export/save_pdf.h"
+#include "help/help_desk.h"
+#include "help/help_topics.h"
 #include "platform/controls/date_field.h"
 #include "platform/controls/flood_panel.h"
 #include "platform/controls/ribbon_button.h"
@@ -34,7 +38,7 @@ const QString kTitle = QStringLiteral("Corvane");
 /// Features whose buttons stay off until they are part of the program.
 constexpr bool isThere(int button)
 {
-    return button != PropertiesButton && button != ExcelButton;
+    return button != ExcelButton;
 }
 
 QString counted(qint64 count, const QString &one, const QString &many)
@@ -56,6 +60,7 @@ frmCVRMain::frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLoc
     , m_clock(std::move(clock))
     , m_run(state, *this, *this, locale)
     , m_gate(new InputGate(this))
+    , m_help(new HelpDesk(desktop, state.programFolder, this))
 {
     setObjectName(QStringLiteral("frmCVRMain"));
     setWindowTitle(tr("Corvane Reporter"));
@@ -161,6 +166,9 @@ void frmCVRMain::btnvp_Click(int index)
     case PatientButton:
         selectPatient();
         break;
+    case PropertiesButton:
+        mnuFProps_Click();
+        break;
     case RefreshButton:
         runReportWith([&] { return m_run.runReport(); });
         break;
@@ -198,6 +206,28 @@ void frmCVRMain::mnuOpen_Click()
 void frmCVRMain::mnuAdobe_Click()
 {
     savepdf(m_desktop, m_run.document(), m_state.programFolder);
+}
+
+void frmCVRMain::mnuFProps_Click()
+{
+    if (rptType != TabularReport) {
+        message(tr("Only tabular reports have properties. Open a tabular report first."), MessageFlags::Information,
+            tr("Report Properties"));
+        return;
+    }
+    frmCVRProps form(m_state.gRptFile, *this, this);
+    if (form.Form_Load())
+        form.exec();
+}
+
+void frmCVRMain::mnuHContents_Click()
+{
+    m_help->showContext(kMainHelpContext);
+}
+
+void frmCVRMain::mnuHAbout_Click()
+{
+    frmAbout(this).exec();
 }
 
 /// Nothing but repainting and Escape is served while the call runs.
@@ -247,9 +277,11 @@ void frmCVRMain::enableMenu(ReportMenu menu, bool enabled)
     case ReportMenu::mnuFSendTo:
         mnuFSendTo->setEnabled(enabled);
         break;
-    case ReportMenu::mnuFPrint:
     case ReportMenu::mnuFProps:
-        break; // off until printing and properties are part of the program
+        mnuFProps->setEnabled(enabled);
+        break;
+    case ReportMenu::mnuFPrint:
+        break; // off until printing is part of the program
     }
 }
 

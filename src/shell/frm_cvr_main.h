@@ -18,6 +18,7 @@ namespace corvane {
 class DateField;
 class Desktop;
 class FloodPanel;
+class HelpDesk;
 class InputGate;
 class Preview;
 class PreviewBar;
@@ -78,6 +79,9 @@ private:
     void selectPatient();
     void mnuOpen_Click();
     void mnuAdobe_Click();
+    void mnuFProps_Click();
+    void mnuHContents_Click();
+    void mnuHAbout_Click();
 
     template <typename Call>
     void runReportWith(Call call);
@@ -91,6 +95,7 @@ private:
     ReportRun m_run;
     QString m_lastFolder;
     InputGate *m_gate;
+    HelpDesk *m_help;
     std::array<bool, kToolButtonCount> m_wanted {};
 
     std::array<RibbonButton *, kToolButtonCount> btnvp {};

@@ -39,7 +39,7 @@ constexpr std::array<ToolButtonLook, kToolButtonCount> kLooks {{
     {QT_TRANSLATE_NOOP("frmCVRMain", "Select Patient"), "patient",
         QT_TRANSLATE_NOOP("frmCVRMain", "Choose another patient and run the report again")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Properties"), "properties",
-        QT_TRANSLATE_NOOP("frmCVRMain", "Report properties come with a later version")},
+        QT_TRANSLATE_NOOP("frmCVRMain", "Change how the report prints")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Refresh"), "refresh", QT_TRANSLATE_NOOP("frmCVRMain", "Run the report again")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Save to Excel"), "excel",
         QT_TRANSLATE_NOOP("frmCVRMain", "Saving to Excel comes with a later version")},
@@ -123,7 +123,7 @@ void frmCVRMain::buildMenus()
     connect(mnuAdobe, &QAction::triggered, this, &frmCVRMain::mnuAdobe_Click);
     later(addMenuItem(sendTo, u"mnuExcel", tr("&Excel Spreadsheet")));
     mnuFProps = addMenuItem(mnuFile, u"mnuFProps", tr("&Report Properties"));
-    later(mnuFProps);
+    connect(mnuFProps, &QAction::triggered, this, &frmCVRMain::mnuFProps_Click);
     mnuFile->addSeparator()->setObjectName(QStringLiteral("mnuFsep1"));
     QAction *mnuOpen = addMenuItem(mnuFile, u"mnuOpen", tr("Open"));
     mnuOpen->setShortcut(QKeySequence::Open);
@@ -134,9 +134,11 @@ void frmCVRMain::buildMenus()
 
     QMenu *mnuHelp = menuBar()->addMenu(tr("&Help"));
     mnuHelp->setToolTipsVisible(true);
-    later(addMenuItem(mnuHelp, u"mnuHContents", tr("&Corvane Reporter Help")));
+    QAction *mnuHContents = addMenuItem(mnuHelp, u"mnuHContents", tr("&Corvane Reporter Help"));
+    connect(mnuHContents, &QAction::triggered, this, &frmCVRMain::mnuHContents_Click);
     mnuHelp->addSeparator()->setObjectName(QStringLiteral("mnuHsep"));
-    later(addMenuItem(mnuHelp, u"mnuHAbout", tr("&About Corvane Reporter")));
+    QAction *mnuHAbout = addMenuItem(mnuHelp, u"mnuHAbout", tr("&About Corvane Reporter"));
+    connect(mnuHAbout, &QAction::triggered, this, &frmCVRMain::mnuHAbout_Click);
 }
 
 void frmCVRMain::buildPanes()

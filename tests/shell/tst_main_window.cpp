@@ -136,6 +136,9 @@ private Q_SLOTS:
     void servesOnlyEscapeWhileRunning();
     void closingWhileRunningHappensAfterwards();
     void theListKeepsItselfCurrent();
+    void propertiesChangeTheDefinitionOnly();
+    void onlyTabularReportsHaveProperties();
+    void helpAndAboutAreShown();
     void featuresToComeSayThatTheyAreOff();
 
 private:
@@ -461,16 +464,72 @@ void tst_main_window::theListKeepsItselfCurrent()
     QTRY_COMPARE(program.list()->count(), before);
 }
 
+void tst_main_window::propertiesChangeTheDefinitionOnly()
+{
+    const QByteArray before = m_demo.read(QStringLiteral("Reports/Phone list.rpt"));
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    QVERIFY(program.menu("mnuFProps")->isEnabled());
+    const DocumentPtr shown = program.preview()->document();
+    program.modal.drive([](QDialog &dialog) {
+        type(child(dialog, "cboHeader1"), "Everybody's number");
+        click(child(dialog, "Command5"));
+    });
+    click(program.button(PropertiesButton));
+    QCOMPARE(program.preview()->document(), shown); // not run again by itself
+    QVERIFY(m_demo.read(QStringLiteral("Reports/Phone list.rpt")).contains("CText=Everybody's number"));
+    program.modal.drive([](QDialog &dialog) { click(child(dialog, "Command6")); });
+    program.menu("mnuFProps")->trigger();
+    click(program.button(RefreshButton));
+    QVERIFY(program.preview()->document()->header.centre == u"Everybody's number");
+    m_demo.write(QStringLiteral("Reports/Phone list.rpt"), before);
+}
+
+void tst_main_window::onlyTabularReportsHaveProperties()
+{
+    const QByteArray designed = "<?xml version=\"1.0\"?>\n<Reports></Reports>\n";
+    m_demo.write(QStringLiteral("Reports/designed.rpt"), designed);
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.modal.press(QMessageBox::Ok);
+    program.clickReport(QStringLiteral("designed.rpt"));
+    QVERIFY(!program.menu("mnuFProps")->isEnabled());
+    program.modal.press(QMessageBox::Ok);
+    program.window->enableButton(PropertiesButton, true); // as after a designed report that ran
+    click(program.button(PropertiesButton));
+    QVERIFY(program.modal.messages().last().text.startsWith(u"Only tabular reports have properties."));
+    QCOMPARE(program.modal.messages().last().icon, QMessageBox::Information);
+    QCOMPARE(m_demo.read(QStringLiteral("Reports/designed.rpt")), designed);
+    QFile::remove(m_demo.report(QStringLiteral("designed.rpt")));
+}
+
+void tst_main_window::helpAndAboutAreShown()
+{
+    Program program(m_demo.path());
+    bool helpInLogon = false;
+    program.modal.drive([&](QDialog &dialog) {
+        QTest::keyClick(child(dialog, "txtuid"), Qt::Key_F1);
+        auto *help = dialog.findChild<QWidget *>(QStringLiteral("frmHelp"));
+        helpInLogon = help && help->windowTitle().startsWith(u"Logging on");
+        logOnAs(dialog, "nora", "clinic");
+    });
+    QVERIFY(program.start());
+    QVERIFY(helpInLogon);
+    program.menu("mnuHContents")->trigger();
+    QVERIFY(child(*program.window, "frmHelp")->windowTitle().startsWith(u"Overview"));
+    program.modal.drive([](QDialog &dialog) { click(child(dialog, "cmdOK")); });
+    program.menu("mnuHAbout")->trigger();
+}
+
 void tst_main_window::featuresToComeSayThatTheyAreOff()
 {
     Program program(m_demo.path());
     QVERIFY(program.startLoggedOn());
     program.clickReport(QStringLiteral("Phone list.rpt"));
-    for (const int index : {int(PropertiesButton), int(ExcelButton)}) {
-        QVERIFY(!program.button(index)->isEnabled());
-        QVERIFY(program.button(index)->toolTip().contains(QStringLiteral("later version")));
-    }
-    for (const char *name : {"mnuFPrint", "mnuExcel", "mnuFProps", "mnuHContents", "mnuHAbout"})
+    QVERIFY(!program.button(ExcelButton)->isEnabled());
+    QVERIFY(program.button(ExcelButton)->toolTip().contains(QStringLiteral("later version")));
+    for (const char *name : {"mnuFPrint", "mnuExcel"})
         QVERIFY(!program.menu(name)->isEnabled());
     const QStringList captions {QStringLiteral("Exit"), QStringLiteral("Change Report Dates"), QStringLiteral("Save to PDF"),
         QStringLiteral("Select Patient"), QStringLiteral("Properties"), QStringLiteral("Refresh"), QStringLiteral("Save to Excel")};
