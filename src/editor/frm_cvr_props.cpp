@@ -51,6 +51,14 @@ frmCVRProps::frmCVRProps(const QString &gRptFile, MessageBoxes &boxes, QWidget *
     connectControls();
 }
 
+/// While the form's controls go, a caption that is being edited is still stored and the selection
+/// changes; the form is no longer there to see it.
+frmCVRProps::~frmCVRProps()
+{
+    m_columns->disconnect(this);
+    ctList1->selectionModel()->disconnect(this);
+}
+
 bool frmCVRProps::Form_Load()
 {
     prefillTexts();

@@ -28,6 +28,7 @@ class frmCVRProps : public QDialog
 
 public:
     frmCVRProps(const QString &gRptFile, MessageBoxes &boxes, QWidget *parent);
+    ~frmCVRProps() override;
 
     /// Reads the definition. False, after a message, when its properties cannot be edited.
     bool Form_Load();

@@ -69,8 +69,7 @@ void HelpDesk::show(const HelpTopic &topic)
         m_help = new frmHelp(m_window);
         m_help->setAttribute(Qt::WA_DeleteOnClose);
     }
-    QWidget *dialog = QApplication::activeModalWidget();
-    standAbove(dialog ? dialog : m_window);
+    standAbove(windowInFront());
     m_help->showTopic(topic);
     m_help->show();
     m_help->raise();
@@ -83,7 +82,8 @@ bool HelpDesk::shownBySystem(const HelpTopic &topic)
     return !file.isEmpty() && m_desktop.showHelpFile(file, topic.context);
 }
 
-/// A modal dialog lets only windows of its own be used, so the help goes to it and back.
+/// A modal dialog lets only windows of its own be used, so the help goes to it and, when it
+/// closes, to the one behind it.
 void HelpDesk::standAbove(QWidget *owner)
 {
     if (m_help->parentWidget() == owner)
@@ -94,9 +94,15 @@ void HelpDesk::standAbove(QWidget *owner)
         return;
     connect(dialog, &QDialog::finished, m_help, [this] {
         const bool wasOpen = m_help->isVisible();
-        m_help->setParent(m_window, m_help->windowFlags());
+        standAbove(windowInFront());
         m_help->setVisible(wasOpen);
     });
+}
+
+QWidget *HelpDesk::windowInFront() const
+{
+    QWidget *dialog = QApplication::activeModalWidget();
+    return dialog ? dialog : m_window;
 }
 
 } // namespace corvane

@@ -31,6 +31,7 @@ private:
     void show(const HelpTopic &topic);
     bool shownBySystem(const HelpTopic &topic);
     void standAbove(QWidget *owner);
+    QWidget *windowInFront() const;
 
     Desktop &m_desktop;
     QString m_programFolder;

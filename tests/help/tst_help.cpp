@@ -249,6 +249,7 @@ void tst_help::f1ShowsTheTopicOfTheFormInFront()
     QTest::keyClick(&message, Qt::Key_F1);
     QCOMPARE(openHelp()->windowTitle(), QStringLiteral("Messages - Corvane Reporter Help"));
     message.accept();
+    QCOMPARE(openHelp()->parentWidget(), &form);
     form.accept();
     QVERIFY(openHelp()); // it outlives the dialog that it was called from
     QCOMPARE(openHelp()->parentWidget(), &window);
