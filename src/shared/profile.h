@@ -6,6 +6,7 @@
 #include <QtCore/QString>
 
 #include <memory>
+#include <span>
 #include <stdexcept>
 
 namespace corvane {
@@ -65,6 +66,11 @@ QString decodeProfile(QByteArrayView bytes, ProfileEncoding encoding);
 /// A file's bytes as the reader takes them: up to the first NUL, in the file's encoding.
 QString profileText(const QString &file, const QByteArray &bytes);
 
+/// The first character of a text that the encoding lacks; empty when it has them all.
+QString missingCharacter(QStringView text, ProfileEncoding encoding);
+/// A character as messages name it: "ř" (U+0159).
+QString characterName(QStringView character);
+
 /// A profile file kept parsed. It answers as if nothing were kept, provided that refresh() is called
 /// before each use, or once per record where a report reads it cell by cell. It keeps the file open.
 class ProfileFile
@@ -99,7 +105,16 @@ private:
 
 /// Sets the value of a key, making section and key when missing. Every other byte, the line ends and
 /// the encoding stay; the file is replaced as a whole or not at all.
-/// @throws ProfileWriteError when the file cannot be replaced or its encoding lacks a character.
+/// @throws ProfileWriteError when the file cannot be replaced, its encoding lacks a character, or the
+/// value could not be read back: it has a line end or is longer than Profile::kLongestValue.
 void WriteINI(const QString &file, QStringView section, QStringView key, const QString &value);
+
+struct ProfileEntry {
+    QString section;
+    QString key;
+    QString value;
+};
+/// The same for several values of one file, in their order: all of them or none.
+void WriteINI(const QString &file, std::span<const ProfileEntry> entries);
 
 } // namespace corvane

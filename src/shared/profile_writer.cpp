@@ -6,6 +6,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>
 
+#include <algorithm>
+
 namespace corvane {
 
 namespace {
@@ -14,15 +16,11 @@ QByteArray encoded(QStringView text, ProfileEncoding encoding)
 {
     if (encoding != ProfileEncoding::Windows1252)
         return text.toUtf8();
-    QByteArray bytes;
-    for (const QChar c : text) {
-        const auto byte = toWindows1252(c);
-        if (!byte)
-            throw ProfileWriteError(QStringLiteral("The file's code page has no character \"%1\" (U+%2). Nothing was written.")
-                                        .arg(c)
-                                        .arg(c.unicode(), 4, 16, QLatin1Char('0')));
-        bytes += char(*byte);
-    }
+    if (const QString missing = missingCharacter(text, encoding); !missing.isEmpty())
+        throw ProfileWriteError(QStringLiteral("The file's code page has no character %1. Nothing was written.")
+                                    .arg(characterName(missing)));
+    QByteArray bytes(text.size(), Qt::Uninitialized);
+    std::ranges::transform(text, bytes.begin(), [](QChar c) { return char(*toWindows1252(c)); });
     return bytes;
 }
 
@@ -135,14 +133,35 @@ QByteArray changed(const QByteArray &old, ProfileEncoding encoding, QStringView 
 
 } // namespace
 
+QString missingCharacter(QStringView text, ProfileEncoding encoding)
+{
+    if (encoding != ProfileEncoding::Windows1252)
+        return {};
+    const auto missing = std::ranges::find_if(text, [](QChar c) { return !toWindows1252(c); });
+    if (missing == text.end())
+        return {};
+    const qsizetype at = missing - text.begin();
+    const bool isPair = missing->isHighSurrogate() && at + 1 < text.size();
+    return text.sliced(at, isPair ? 2 : 1).toString();
+}
+
+QString characterName(QStringView character)
+{
+    return QStringLiteral("\"%1\" (U+%2)").arg(character).arg(character.toUcs4().value(0), 4, 16, QLatin1Char('0'));
+}
+
 void WriteINI(const QString &file, QStringView section, QStringView key, const QString &value)
+{
+    const ProfileEntry entry {section.toString(), key.toString(), value};
+    WriteINI(file, {&entry, 1});
+}
+
+void WriteINI(const QString &file, std::span<const ProfileEntry> entries)
 {
     const auto refuse = [&](const QString &cause) {
         throw ProfileWriteError(QStringLiteral("\"%1\" cannot be written: %2. Nothing was changed.")
                                     .arg(QDir::toNativeSeparators(file), cause));
     };
-    if (value.contains(u'\n') || value.contains(u'\r') || value.contains(u'\0'))
-        refuse(QStringLiteral("a value must stand on one line"));
     QByteArray old;
     QFile source(file);
     if (source.exists()) {
@@ -151,11 +170,28 @@ void WriteINI(const QString &file, QStringView section, QStringView key, const Q
         old = source.readAll();
         source.close();
     }
-    const QByteArray bytes = changed(old, profileEncoding(file, old), section, key, value);
+    const ProfileEncoding encoding = profileEncoding(file, old);
+    QByteArray bytes = old;
+    for (const auto &[section, key, value] : entries) {
+        if (value.contains(u'\n') || value.contains(u'\r') || value.contains(u'\0'))
+            refuse(QStringLiteral("a value must stand on one line"));
+        if (value.size() > Profile::kLongestValue)
+            refuse(QStringLiteral("\"%1\" of [%2] is longer than %3 characters").arg(key, section).arg(Profile::kLongestValue));
+        bytes = changed(bytes, encoding, section, key, value);
+    }
     if (bytes == old)
         return;
+    // A few pairs of Windows-1252 letters are also a letter of UTF-8, and would be read back as that.
+    if (decodeProfile(bytes, profileEncoding(file, bytes)) != decodeProfile(bytes, encoding))
+        refuse(QStringLiteral("its letters beyond ASCII would be taken for UTF-8; save the file as UTF-8 in a text editor first"));
+    // Unbuffered: commit() does not notice when what was left in a buffer found no room on the disk.
     QSaveFile target(file);
-    if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size() || !target.commit())
+    if (!target.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        refuse(target.errorString());
+    const qint64 written = target.write(bytes);
+    if (written >= 0 && written < bytes.size())
+        refuse(QStringLiteral("there is no room left on the disk"));
+    if (written < 0 || !target.commit())
         refuse(target.errorString());
 }
 

@@ -1,13 +1,18 @@
 #include "shell/frm_cvr_main.h"
 
+#include "definitions/checker/definition_check.h"
+#include "dialogs/frm_about.h"
 #include "dialogs/frm_def_dates.h"
 #include "dialogs/frm_rptr_dates.h"
 #include "dialogs/frm_rptr_params.h"
 #include "dialogs/frm_rptr_select.h"
 #include "dialogs/frmspatnt.h"
+#include "editor/frm_cvr_props.h"
 #include "export/print_document.h"
 #include "export/save_excel.h"
 #include "export/save_pdf.h"
+#include "help/help_desk.h"
+#include "help/help_topics.h"
 #include "platform/controls/date_field.h"
 #include "platform/controls/flood_panel.h"
 #include "platform/controls/ribbon_button.h"
@@ -36,12 +41,7 @@ namespace corvane {
 namespace {
 
 const QString kTitle = QStringLiteral("Corvane");
-
-/// Features whose buttons stay off until they are part of the program.
-constexpr bool isThere(int button)
-{
-    return button != PropertiesButton;
-}
+const QString kChooseReport = QStringLiteral("Choose a report from the list.");
 
 QString counted(qint64 count, const QString &one, const QString &many)
 {
@@ -54,6 +54,14 @@ QString summaryOf(qint64 pages, qint64 rows)
         + counted(rows, QStringLiteral("row"), QStringLiteral("rows"));
 }
 
+QStringList problemLines(const std::vector<Finding> &findings)
+{
+    QStringList lines;
+    for (const Finding &finding : findings)
+        lines += QStringLiteral("%1:%2: %3 %4").arg(finding.place.line).arg(finding.place.column).arg(finding.text, finding.mend).trimmed();
+    return lines;
+}
+
 } // namespace
 
 frmCVRMain::frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLocale &locale)
@@ -62,6 +70,7 @@ frmCVRMain::frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLoc
     , m_desktop(desktop, *m_gate)
     , m_clock(std::move(clock))
     , m_run(state, *this, *this, locale)
+    , m_help(new HelpDesk(desktop, state.programFolder, this))
 {
     setObjectName(QStringLiteral("frmCVRMain"));
     setWindowTitle(tr("Corvane Reporter"));
@@ -159,6 +168,9 @@ void frmCVRMain::btnvp_Click(int index)
     case ExcelButton:
         mnuExcel_Click();
         break;
+    case PropertiesButton:
+        mnuFProps_Click();
+        break;
     case RefreshButton:
         runReportWith([&] { return m_run.runReport(); });
         break;
@@ -244,6 +256,30 @@ void frmCVRMain::exportWith(Call call)
         close();
 }
 
+void frmCVRMain::mnuFProps_Click()
+{
+    if (rptType != TabularReport) {
+        message(tr("Only tabular reports have properties. Open a tabular report first."), MessageFlags::Information,
+            tr("Report Properties"));
+        return;
+    }
+    frmCVRProps form(m_state.gRptFile, *this, this);
+    if (!form.Form_Load())
+        return;
+    form.setProblems(problemLines(checkDefinition(m_state.gRptFile, SecondDatabase {m_state.gHvnDBName, !m_state.gHvnConnectString.isEmpty()})));
+    form.exec();
+}
+
+void frmCVRMain::mnuHContents_Click()
+{
+    m_help->showContext(kMainHelpContext);
+}
+
+void frmCVRMain::mnuHAbout_Click()
+{
+    frmAbout(this).exec();
+}
+
 /// Nothing but repainting and Escape is served while the call runs.
 template <typename Call>
 void frmCVRMain::runReportWith(Call call)
@@ -256,6 +292,7 @@ void frmCVRMain::runReportWith(Call call)
     const RunResult result = call();
     m_gate->open();
     showDocument();
+    showProblems(result);
     if (result == RunResult::NotRun && !dateFrom().date)
         DateFrom->setFocus();
     if (m_gate->takeCloseWish())
@@ -271,6 +308,22 @@ void frmCVRMain::showDocument()
     showNotes(document ? document->notes : QStringList());
 }
 
+/// What the checker says about a definition whose run failed, where its pages would be, or beside them.
+void frmCVRMain::showProblems(RunResult result)
+{
+    vp->setEmptyText(kChooseReport);
+    const bool failed = result == RunResult::Failed || result == RunResult::QueryRefused;
+    if (!failed || rptType != TabularReport)
+        return;
+    const QStringList problems = problemLines(
+        m_state.gConn ? checkDefinition(m_state.gRptFile, m_state, dateFrom().text) : checkDefinition(m_state.gRptFile));
+    if (problems.isEmpty())
+        return;
+    const QString heading = tr("Problems in %1 (line:column)").arg(QFileInfo(m_state.gRptFile).fileName());
+    vp->setEmptyText(QString(heading + u"\n\n" + problems.join(u'\n')));
+    showNotes(problems);
+}
+
 void frmCVRMain::showNotes(const QStringList &notes)
 {
     m_notes->setText(notes.isEmpty() ? QString() : notes.size() == 1 ? notes.front() : tr("%1 notes: %2").arg(notes.size()).arg(notes.front()));
@@ -284,8 +337,7 @@ MessageAnswer frmCVRMain::message(const QString &text, int flags, const QString 
 
 void frmCVRMain::enableButton(int index, bool enabled)
 {
-    m_wanted[size_t(index)] = enabled;
-    btnvp[size_t(index)]->setEnabled(enabled && isThere(index));
+    btnvp[size_t(index)]->setEnabled(enabled);
 }
 
 void frmCVRMain::enableMenu(ReportMenu menu, bool enabled)
@@ -298,7 +350,8 @@ void frmCVRMain::enableMenu(ReportMenu menu, bool enabled)
         mnuFPrint->setEnabled(enabled);
         break;
     case ReportMenu::mnuFProps:
-        break; // off until properties are part of the program
+        mnuFProps->setEnabled(enabled);
+        break;
     }
 }
 

@@ -19,6 +19,7 @@ namespace corvane {
 
 class DateField;
 class FloodPanel;
+class HelpDesk;
 class InputGate;
 class Preview;
 class PreviewBar;
@@ -59,9 +60,6 @@ public:
     std::optional<SelectionAnswers> askSelection(const QString &request) override;
     std::optional<ParameterAnswers> askParameters(const ParametersClause &clause) override;
 
-    /// What the run asked for, whether or not the button's own feature is there yet.
-    bool isButtonWanted(int index) const { return m_wanted[size_t(index)]; }
-
 protected:
     void closeEvent(QCloseEvent *event) override;
 
@@ -84,12 +82,16 @@ private:
     void mnuFPrint_Click();
     void mnuAdobe_Click();
     void mnuExcel_Click();
+    void mnuFProps_Click();
+    void mnuHContents_Click();
+    void mnuHAbout_Click();
 
     template <typename Call>
     void runReportWith(Call call);
     template <typename Call>
     void exportWith(Call call);
     void showDocument();
+    void showProblems(RunResult result);
     void showNotes(const QStringList &notes);
 
     Reportr &m_state;
@@ -99,7 +101,7 @@ private:
     ReportRun m_run;
     QString m_lastFolder;
     QString m_stopQuestion; ///< what Escape asks while the program is busy
-    std::array<bool, kToolButtonCount> m_wanted {};
+    HelpDesk *m_help;
 
     std::array<RibbonButton *, kToolButtonCount> btnvp {};
     DateField *DateFrom = nullptr;

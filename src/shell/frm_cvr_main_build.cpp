@@ -39,7 +39,7 @@ constexpr std::array<ToolButtonLook, kToolButtonCount> kLooks {{
     {QT_TRANSLATE_NOOP("frmCVRMain", "Select Patient"), "patient",
         QT_TRANSLATE_NOOP("frmCVRMain", "Choose another patient and run the report again")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Properties"), "properties",
-        QT_TRANSLATE_NOOP("frmCVRMain", "Report properties come with a later version")},
+        QT_TRANSLATE_NOOP("frmCVRMain", "Change how the report prints")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Refresh"), "refresh", QT_TRANSLATE_NOOP("frmCVRMain", "Run the report again")},
     {QT_TRANSLATE_NOOP("frmCVRMain", "Save to Excel"), "excel",
         QT_TRANSLATE_NOOP("frmCVRMain", "Save the report's rows as an Excel workbook")},
@@ -107,10 +107,6 @@ QAction *frmCVRMain::addMenuItem(QMenu *menu, const char16_t *name, const QStrin
 
 void frmCVRMain::buildMenus()
 {
-    const auto later = [](QAction *item) {
-        item->setEnabled(false);
-        item->setToolTip(tr("This comes with a later version"));
-    };
     QMenu *mnuFile = menuBar()->addMenu(tr("&File"));
     mnuFile->setToolTipsVisible(true);
     mnuFPrint = addMenuItem(mnuFile, u"mnuFPrint", tr("&Print"));
@@ -125,7 +121,7 @@ void frmCVRMain::buildMenus()
     QAction *mnuExcel = addMenuItem(sendTo, u"mnuExcel", tr("&Excel Spreadsheet"));
     connect(mnuExcel, &QAction::triggered, this, &frmCVRMain::mnuExcel_Click);
     mnuFProps = addMenuItem(mnuFile, u"mnuFProps", tr("&Report Properties"));
-    later(mnuFProps);
+    connect(mnuFProps, &QAction::triggered, this, &frmCVRMain::mnuFProps_Click);
     mnuFile->addSeparator()->setObjectName(QStringLiteral("mnuFsep1"));
     QAction *mnuOpen = addMenuItem(mnuFile, u"mnuOpen", tr("Open"));
     mnuOpen->setShortcut(QKeySequence::Open);
@@ -136,9 +132,11 @@ void frmCVRMain::buildMenus()
 
     QMenu *mnuHelp = menuBar()->addMenu(tr("&Help"));
     mnuHelp->setToolTipsVisible(true);
-    later(addMenuItem(mnuHelp, u"mnuHContents", tr("&Corvane Reporter Help")));
+    QAction *mnuHContents = addMenuItem(mnuHelp, u"mnuHContents", tr("&Corvane Reporter Help"));
+    connect(mnuHContents, &QAction::triggered, this, &frmCVRMain::mnuHContents_Click);
     mnuHelp->addSeparator()->setObjectName(QStringLiteral("mnuHsep"));
-    later(addMenuItem(mnuHelp, u"mnuHAbout", tr("&About Corvane Reporter")));
+    QAction *mnuHAbout = addMenuItem(mnuHelp, u"mnuHAbout", tr("&About Corvane Reporter"));
+    connect(mnuHAbout, &QAction::triggered, this, &frmCVRMain::mnuHAbout_Click);
 }
 
 void frmCVRMain::buildPanes()

@@ -6,6 +6,8 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
+#include <array>
+
 using namespace corvane;
 
 namespace {
@@ -39,6 +41,7 @@ private Q_SLOTS:
     void seesEveryChangeOnDisk();
     void writesOneValue_data();
     void writesOneValue();
+    void writesSeveralValuesAtOnce();
     void refusesWhatCannotBeWritten();
 
 private:
@@ -211,6 +214,18 @@ void tst_profile::writesOneValue()
     QCOMPARE(read(file), after);
 }
 
+void tst_profile::writesSeveralValuesAtOnce()
+{
+    const QString file = path("several.rpt");
+    write(file, "[A]\nOne=1\n[B]\nTwo=2\n");
+    const auto entry = [](const char *section, const char *key, const char *value) {
+        return ProfileEntry {QString::fromLatin1(section), QString::fromLatin1(key), QString::fromLatin1(value)};
+    };
+    const std::array<ProfileEntry, 4> entries {entry("A", "One", "x"), entry("B", "New", "y"), entry("B", "Last", ""), entry("C", "K", "z")};
+    WriteINI(file, entries);
+    QCOMPARE(read(file), QByteArray("[A]\nOne=x\n[B]\nTwo=2\nNew=y\nLast=\n[C]\nK=z\n"));
+}
+
 void tst_profile::refusesWhatCannotBeWritten()
 {
     const QString file = path("refused.rpt");
@@ -221,6 +236,13 @@ void tst_profile::refusesWhatCannotBeWritten()
         QVERIFY_EXCEPTION_THROWN(WriteINI(file, u"Main", u"Key", value), ProfileWriteError);
         QCOMPARE(read(file), before);
     }
+    const std::array<ProfileEntry, 2> goodAndBad {{{QStringLiteral("Main"), QStringLiteral("Key"), QStringLiteral("good")},
+        {QStringLiteral("Main"), QStringLiteral("Other"), QString(8000, u'x')}}};
+    QVERIFY_EXCEPTION_THROWN(WriteINI(file, goodAndBad), ProfileWriteError);
+    QCOMPARE(read(file), before);
+    write(file, "[Main]\nKey=1\n");
+    const QString lookalike = QString::fromUtf8("\u00c3\u00a9"); // its two bytes are one letter of UTF-8
+    QVERIFY_EXCEPTION_THROWN(WriteINI(file, u"Main", u"Key", lookalike), ProfileWriteError);
     QVERIFY_EXCEPTION_THROWN(WriteINI(path("no/such/folder.rpt"), u"A", u"B", QStringLiteral("c")), ProfileWriteError);
 }
 

@@ -106,12 +106,12 @@ struct Program {
     Preview *preview() { return window->findChild<Preview *>(); }
     DateField *date(const char *name) { return window->findChild<DateField *>(QString::fromLatin1(name)); }
 
-    /// Buttons that the run wants on, as in "0 2 5".
-    QString wanted()
+    /// Buttons that are on, as in "0 2 5".
+    QString buttonsOn()
     {
         QStringList on;
         for (int index = 0; index < kToolButtonCount; ++index) {
-            if (window->isButtonWanted(index))
+            if (button(index)->isEnabled())
                 on += QString::number(index);
         }
         return on.join(u' ');
@@ -161,7 +161,10 @@ private Q_SLOTS:
     void servesOnlyEscapeWhileRunning();
     void closingWhileRunningHappensAfterwards();
     void theListKeepsItselfCurrent();
-    void featuresToComeSayThatTheyAreOff();
+    void propertiesChangeTheDefinitionOnly();
+    void onlyTabularReportsHaveProperties();
+    void helpAndAboutAreShown();
+    void buttonsBearTheirCaptions();
 
 private:
     test::DemoFolder m_demo {60};
@@ -203,7 +206,7 @@ void tst_main_window::withoutConnectionOnlyExitIsLeft()
     QVERIFY(program.start());
     QVERIFY(program.window->isVisible());
     QVERIFY(!program.list()->isEnabled());
-    QCOMPARE(program.wanted(), QStringLiteral("0 4 5 6"));
+    QCOMPARE(program.buttonsOn(), QStringLiteral("0 4 5 6"));
     QVERIFY(!program.menu("mnuFSendTo")->isEnabled());
     program.modal.press(QMessageBox::Ok); // nobody is logged on
     click(program.button(RefreshButton));
@@ -224,7 +227,7 @@ void tst_main_window::startsAfterALogon()
     Program program(m_demo.path());
     QVERIFY(program.startLoggedOn());
     QCOMPARE(program.window->windowTitle(), QStringLiteral("Corvane Reporter"));
-    QCOMPARE(program.wanted(), QStringLiteral("0"));
+    QCOMPARE(program.buttonsOn(), QStringLiteral("0"));
     QVERIFY(program.menu("mnuFSendTo")->isEnabled());
     QVERIFY(!program.menu("mnuFProps")->isEnabled());
     QStringList shown;
@@ -257,7 +260,7 @@ void tst_main_window::runsAReportByClickAndByEnter()
     QVERIFY(program.startLoggedOn());
     program.clickReport(QStringLiteral("Phone list.rpt"));
     QCOMPARE(program.firstLine(), QStringLiteral("Date of Report: 11/02/2026"));
-    QCOMPARE(program.wanted(), QStringLiteral("0 2 4 5 6"));
+    QCOMPARE(program.buttonsOn(), QStringLiteral("0 2 4 5 6"));
     const DocumentPtr first = program.preview()->document();
     program.clickReport(QStringLiteral("Phone list.rpt"));
     QVERIFY(program.preview()->document() != first); // a second click runs it again
@@ -283,7 +286,7 @@ void tst_main_window::asksForDatesAndChecksTheirOrder()
     program.clickReport(QStringLiteral("Daily schedule.rpt"));
     QCOMPARE(program.modal.messages()[0].text, QStringLiteral("Start Date must be earlier than End Date."));
     QCOMPARE(program.firstLine(), QStringLiteral("Dates of Report: 11/01/2026 to 11/30/2026"));
-    QCOMPARE(program.wanted(), QStringLiteral("0 1 2 4 5 6"));
+    QCOMPARE(program.buttonsOn(), QStringLiteral("0 1 2 4 5 6"));
     QVERIFY(!program.window->bDatesChanged);
     program.modal.drive([](QDialog &dialog) { click(child(dialog, "cmdcancel")); });
     program.clickReport(QStringLiteral("Daily schedule.rpt"));
@@ -331,7 +334,7 @@ void tst_main_window::asksForAPatient()
     QVERIFY(first.startsWith(QStringLiteral("Abbott, ")));
     const auto text = [&] { return documentText(*program.preview()->document()); };
     QVERIFY(text().contains(QString(u"Patient: " + first + u'\n')));
-    QCOMPARE(program.wanted(), QStringLiteral("0 2 3 4 5 6"));
+    QCOMPARE(program.buttonsOn(), QStringLiteral("0 2 3 4 5 6"));
 
     program.modal.drive(choose("O'N"));
     click(program.button(PatientButton));
@@ -521,7 +524,7 @@ void tst_main_window::servesOnlyEscapeWhileRunning()
     QCOMPARE(program.modal.messages()[1].text, QStringLiteral("Report has been canceled."));
     QCOMPARE(program.modal.messages()[1].title, QStringLiteral("Report Canceled"));
     QVERIFY(!program.preview()->document());
-    QCOMPARE(program.wanted(), QStringLiteral("0 5"));
+    QCOMPARE(program.buttonsOn(), QStringLiteral("0 5"));
     program.clickReport(QStringLiteral("Phone list.rpt"));
     QVERIFY(program.preview()->document());
 }
@@ -559,15 +562,68 @@ void tst_main_window::theListKeepsItselfCurrent()
     QTRY_COMPARE(program.list()->count(), before);
 }
 
-void tst_main_window::featuresToComeSayThatTheyAreOff()
+void tst_main_window::propertiesChangeTheDefinitionOnly()
 {
+    const QByteArray before = m_demo.read(QStringLiteral("Reports/Phone list.rpt"));
     Program program(m_demo.path());
     QVERIFY(program.startLoggedOn());
     program.clickReport(QStringLiteral("Phone list.rpt"));
-    QVERIFY(!program.button(PropertiesButton)->isEnabled());
-    QVERIFY(program.button(PropertiesButton)->toolTip().contains(QStringLiteral("later version")));
-    for (const char *name : {"mnuFProps", "mnuHContents", "mnuHAbout"})
-        QVERIFY(!program.menu(name)->isEnabled());
+    QVERIFY(program.menu("mnuFProps")->isEnabled());
+    const DocumentPtr shown = program.preview()->document();
+    program.modal.drive([](QDialog &dialog) {
+        type(child(dialog, "cboHeader1"), "Everybody's number");
+        click(child(dialog, "Command5"));
+    });
+    click(program.button(PropertiesButton));
+    QCOMPARE(program.preview()->document(), shown); // not run again by itself
+    QVERIFY(m_demo.read(QStringLiteral("Reports/Phone list.rpt")).contains("CText=Everybody's number"));
+    program.modal.drive([](QDialog &dialog) { click(child(dialog, "Command6")); });
+    program.menu("mnuFProps")->trigger();
+    click(program.button(RefreshButton));
+    QVERIFY(program.preview()->document()->header.centre == u"Everybody's number");
+    m_demo.write(QStringLiteral("Reports/Phone list.rpt"), before);
+}
+
+void tst_main_window::onlyTabularReportsHaveProperties()
+{
+    const QByteArray designed = "<?xml version=\"1.0\"?>\n<Reports></Reports>\n";
+    m_demo.write(QStringLiteral("Reports/designed.rpt"), designed);
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.modal.press(QMessageBox::Ok);
+    program.clickReport(QStringLiteral("designed.rpt"));
+    QVERIFY(!program.menu("mnuFProps")->isEnabled());
+    program.modal.press(QMessageBox::Ok);
+    program.window->enableButton(PropertiesButton, true); // as after a designed report that ran
+    click(program.button(PropertiesButton));
+    QVERIFY(program.modal.messages().last().text.startsWith(u"Only tabular reports have properties."));
+    QCOMPARE(program.modal.messages().last().icon, QMessageBox::Information);
+    QCOMPARE(m_demo.read(QStringLiteral("Reports/designed.rpt")), designed);
+    QFile::remove(m_demo.report(QStringLiteral("designed.rpt")));
+}
+
+void tst_main_window::helpAndAboutAreShown()
+{
+    Program program(m_demo.path());
+    bool helpInLogon = false;
+    program.modal.drive([&](QDialog &dialog) {
+        QTest::keyClick(child(dialog, "txtuid"), Qt::Key_F1);
+        auto *help = dialog.findChild<QWidget *>(QStringLiteral("frmHelp"));
+        helpInLogon = help && help->windowTitle().startsWith(u"Logging on");
+        logOnAs(dialog, "nora", "clinic");
+    });
+    QVERIFY(program.start());
+    QVERIFY(helpInLogon);
+    program.menu("mnuHContents")->trigger();
+    QVERIFY(child(*program.window, "frmHelp")->windowTitle().startsWith(u"Overview"));
+    program.modal.drive([](QDialog &dialog) { click(child(dialog, "cmdOK")); });
+    program.menu("mnuHAbout")->trigger();
+}
+
+void tst_main_window::buttonsBearTheirCaptions()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
     const QStringList captions {QStringLiteral("Exit"), QStringLiteral("Change Report Dates"), QStringLiteral("Save to PDF"),
         QStringLiteral("Select Patient"), QStringLiteral("Properties"), QStringLiteral("Refresh"), QStringLiteral("Save to Excel")};
     for (int index = 0; index < captions.size(); ++index)

@@ -35,6 +35,10 @@ public:
     /// Opens a file in the program that belongs to it and does not wait for that program.
     /// @return the shell's code: 42 started, 2 no such file, 31 no program for this kind of file, 5 failed
     virtual int openDocument(const QString &path) = 0;
+
+    /// Shows a topic of a compiled help file by its context number in the system's own help engine.
+    /// @return false where the system has none, as everywhere but on Windows
+    virtual bool showHelpFile(const QString &, int) { return false; }
 };
 
 /// The shell's answers to opening a file; more than 32 means that it was started.
