@@ -18,13 +18,15 @@ constexpr std::array kTopics{
     HelpTopic{232, u"help/main-window.md", u"frmCVRMain"},
     HelpTopic{233, u"help/dates.md", u"frmDefDates"},
     HelpTopic{234, u"help/patient.md", u"frmspatnt"},
-    HelpTopic{235, u"help/date-question.md", u"frmRptrDates"},
+    HelpTopic{235, u"help/date-question.md", u"frmRptrDates frmRptrParams"},
     HelpTopic{236, u"help/selection.md", u"frmRptrSelect"},
     HelpTopic{
         237, u"help/saving.md", u"QFileDialog QPrintDialog QPrintPreviewDialog QPageSetupDialog"},
     HelpTopic{238, u"help/properties.md", u"frmCVRProps QFontDialog"},
     HelpTopic{239, u"help/messages.md", u"QMessageBox"},
     HelpTopic{240, u"definition-files.md", u""},
+    HelpTopic{241, u"designed-reports.md", u""},
+    HelpTopic{242, u"expressions.md", u""},
 };
 
 constexpr int kExcerptBefore = 30;

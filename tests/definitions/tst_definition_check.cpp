@@ -306,8 +306,8 @@ void tst_definition_check::findsWhatIsWrongWithFiles_data()
         "t.rpt:1:1: error: The file is saved as UTF-16, which is not read. Save it as UTF-8 or in the system's code page (ANSI).");
     row("a NUL character", NotText, QByteArray(sound).replace("Page %d", QByteArray("Page\0 %d", 8)),
         "t.rpt:30:11: error: The file holds a NUL character here; nothing behind it is read. Remove it, or look whether it is the right file.");
-    row("a designed report", FindingKind::DesignedReport, "<?xml version=\"1.0\"?>\n<Reports>\n",
-        "t.rpt:1:1: warning: This is a designed report, and only tabular definitions are checked. Nothing in it was looked at.");
+    row("a designed report", FindingKind::DesignedReport, "<?xml version=\"1.0\"?>\n<Reports>\n  <Report name=\"a\" titel=\"b\"/>\n</Reports>\n",
+        "t.rpt:3:20: error: Unknown attribute \"titel\" of <Report>; did you mean title?");
     QByteArray strays;
     for (int line = 31; line < 231; ++line)
         strays += "t.rpt:" + QByteArray::number(line) + ":1: warning: \"x\" is neither a section nor a key of one; the line is not looked at. "

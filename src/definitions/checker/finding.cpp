@@ -22,7 +22,7 @@ constexpr KindRow kKinds[]{
     {EmptyFile, Error, QLatin1StringView("empty-file")},
     {NotText, Error, QLatin1StringView("no-plain-text")},
     {LargeFile, Warning, QLatin1StringView("very-large-file")},
-    {DesignedReport, Warning, QLatin1StringView("designed-report")},
+    {DesignedReport, Error, QLatin1StringView("designed-report")},
     {NotTabular, Error, QLatin1StringView("no-pagecolumns")},
     {TooManyFindings, Warning, QLatin1StringView("too-many-findings")},
     {UnknownSection, Warning, QLatin1StringView("unknown-section")},

@@ -20,12 +20,27 @@ public:
     explicit ReportError(const QString &description)
         : std::runtime_error(description.toStdString())
         , m_description(description)
+        , m_sentence(description)
     {
+    }
+    /// A sentence about a place in a file, which the description names before it.
+    ReportError(const QString &where, FilePlace place, const QString &sentence)
+        : ReportError(QString(where + sentence))
+    {
+        m_place = place;
+        m_sentence = sentence;
     }
     const QString &description() const { return m_description; }
 
+    /// Line 0 when the error has no place in a file.
+    FilePlace place() const { return m_place; }
+    /// The description without the file and the place.
+    const QString &sentence() const { return m_sentence; }
+
 private:
     QString m_description;
+    QString m_sentence;
+    FilePlace m_place;
 };
 
 /// Where a layout's rows come from.

@@ -108,13 +108,13 @@ FilePlace ReportSource::placeOf(qsizetype offset) const
 void ReportSource::fail(qsizetype offset, const QString &sentence) const
 {
     const FilePlace place = placeOf(std::clamp<qsizetype>(offset, 0, m_text.size()));
-    throw ReportError(QString(shownName(m_fileName)
-        % QStringLiteral(", line %1, column %2: ").arg(place.line).arg(place.column) % sentence));
+    throw ReportError(QString(shownName(m_fileName) % QStringLiteral(", line %1, column %2: ").arg(place.line).arg(place.column)),
+        place, sentence);
 }
 
 void ReportSource::fail(const QString &sentence) const
 {
-    throw ReportError(QString(shownName(m_fileName) % u": " % sentence));
+    throw ReportError(QString(shownName(m_fileName) % u": "), {}, sentence);
 }
 
 ReportSource::ReportSource(const QString &fileName, QString text)
