@@ -1,6 +1,7 @@
 #include "render/report_run.h"
 #include "session/logon.h"
 #include "session/startup.h"
+#include "shared/profile.h"
 #include "shared/scramble.h"
 #include "support/cutting_proxy.h"
 #include "support/demo_folder.h"
@@ -81,6 +82,13 @@ private:
 
 void tst_server_faults::initTestCase()
 {
+    const QString library
+        = ReadINI(QStringLiteral("/etc/odbcinst.ini"), u"PostgreSQL Unicode", u"Driver");
+    QVERIFY2(!library.isEmpty(), "odbc-postgresql is not installed");
+    const QByteArray driver = "]\nDriver=" + library.toUtf8() + '\n';
+    m_demo.write(
+        QStringLiteral("odbcinst.ini"), "[PostgreSQL Unicode" + driver + "[FreeTDS" + driver);
+    qputenv("ODBCSYSINI", QFile::encodeName(m_demo.path())); // before the first connection
     QCOMPARE(m_server.start(), QString());
     for (const char *name : {"Clinic", "Halvern"}) {
         const QString file
@@ -246,9 +254,52 @@ void tst_server_faults::aSilentServerEndsAQuery()
     QCOMPARE(program.text(), m_whole);
 }
 
-/// The second database's provider is always SQL Server's. Here its driver's name leads to another
-/// driver, as an administrator may configure it.
-void tst_server_faults::theSecondDatabaseIsAServer() { }
+/// The second database's provider is always SQL Server's. Here the name of its driver leads to
+/// PostgreSQL's, as an administrator may have it.
+void tst_server_faults::theSecondDatabaseIsAServer()
+{
+    const QByteArray second = "[HALVERN]\nServer=" + m_server.address().toLatin1()
+        + "\nDataSource=halvern\nUID=clinic\nPW="
+        + scramblePW(QString::fromLatin1(test::PostgresServer::kPassword)).toLatin1()
+        + "\nLoginTimeout=5\n";
+    m_demo.write(QStringLiteral("corvane.ini"),
+        "[SQLServer]\nDataSource=sqlite:Data\nInitialCatalog=Clinic\n" + second);
+    m_demo.write(QStringLiteral("Reports/second.rpt"),
+        QByteArray(kReport).replace("generate_series(1, 200) AS s(n)",
+            "(SELECT claim_id AS n FROM HalvernDB.dbo.claims) q ORDER BY n\nDatabase=A"));
+    m_demo.write(QStringLiteral("Reports/first.rpt"), test::providerList());
+    const QString first = m_demo.report(QStringLiteral("first.rpt"));
+    const QString secondReport = m_demo.report(QStringLiteral("second.rpt"));
+
+    Program program(m_demo.path());
+    QVERIFY2(program.loggedOn, qPrintable(program.host.messages.join(u'\n')));
+    for (int turn = 0; turn < 2; ++turn) {
+        QCOMPARE(program.run.openListed(secondReport), RunResult::Done);
+        QVERIFY(program.text().contains(u"Name 500001"));
+        QCOMPARE(program.state.gConn->connectionText(), program.state.gHvnConnectString);
+        QCOMPARE(program.run.openListed(first), RunResult::Done);
+        QCOMPARE(program.state.gConn->connectionText(), program.state.gConnectString);
+    }
+    m_server.stop();
+    QCOMPARE(program.run.openListed(secondReport), RunResult::Failed);
+    QVERIFY2(program.host.messages.value(0).contains(u"Connection refused"),
+        qPrintable(program.host.messages.join(u'\n')));
+    QVERIFY2(program.host.messages.value(1).contains(u"It is the port: ")
+            && program.host.messages[1].contains(u"Key Server in section [HALVERN]"),
+        qPrintable(program.host.messages.join(u'\n')));
+
+    Program without(m_demo.path());
+    QVERIFY(without.loggedOn);
+    QCOMPARE(without.host.messages.size(), 2);
+    QVERIFY2(without.host.messages[0].startsWith(u"|0|Error connecting to HVN database. ")
+            && without.host.messages[0].endsWith(u']'),
+        qPrintable(without.host.messages[0]));
+    without.host.messages.clear();
+    QCOMPARE(without.run.openListed(secondReport), RunResult::SecondDatabaseMissing);
+    QCOMPARE(without.host.messages, QStringList());
+    QCOMPARE(without.run.openListed(first), RunResult::Done);
+    QCOMPARE(m_server.start(), QString());
+}
 
 QTEST_MAIN(tst_server_faults)
 #include "tst_server_faults.moc"
