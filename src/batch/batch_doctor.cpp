@@ -75,11 +75,16 @@ private:
     {
         const QString text = connectionText();
         const ConnectionText pieces = parseConnectionText(text);
-        if (!pieces.dataSource.startsWith(u"sqlite:", Qt::CaseInsensitive))
+        if (!isFolder(text))
             examineWay(pieces);
         else
             passed(u"driver", QStringLiteral("the embedded one, for files"));
         examineDatabase(text);
+    }
+
+    static bool isFolder(const QString &text)
+    {
+        return parseConnectionText(text).dataSource.startsWith(u"sqlite:", Qt::CaseInsensitive);
     }
 
     QString connectionText() const
@@ -145,7 +150,8 @@ private:
     void examineDatabase(const QString &text) const
     {
         const auto connection = opened(text);
-        passed(u"logon", QStringLiteral("accepted"));
+        passed(u"logon",
+            isFolder(text) ? QStringLiteral("none is needed") : QStringLiteral("accepted"));
         passed(u"database", databaseName());
         if (m_section != kMainSection)
             return;
