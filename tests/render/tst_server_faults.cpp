@@ -6,6 +6,7 @@
 #include "support/cutting_proxy.h"
 #include "support/demo_folder.h"
 #include "support/document_dump.h"
+#include "support/failures.h"
 #include "support/postgres_server.h"
 #include "support/recording_host.h"
 #include "support/suite.h"
@@ -59,6 +60,7 @@ private Q_SLOTS:
     void theNextRunReopensADeadConnection();
     void aSilentServerEndsInATimeOut();
     void aSilentServerEndsAQuery();
+    void aServerSilentInAQueryEndsInATimeOut();
     void theSecondDatabaseIsAServer();
 
 private:
@@ -252,6 +254,29 @@ void tst_server_faults::aSilentServerEndsAQuery()
         qPrintable(program.host.messages.join(u'\n')));
     QCOMPARE(program.run.openListed(report()), RunResult::Done);
     QCOMPARE(program.text(), m_whole);
+}
+
+/// The server's own time-out cannot be told any more: the program gives up waiting by itself.
+void tst_server_faults::aServerSilentInAQueryEndsInATimeOut()
+{
+    test::CuttingProxy proxy(m_server.port());
+    QString text = m_server.connectionText(QStringLiteral("clinic"));
+    text.replace(QString::number(m_server.port()), QString::number(proxy.port()));
+    const auto connection = Connection::open(text, {{}, 0, {15, 1}});
+    const QString sql = QStringLiteral("SELECT count(*) FROM patient_info");
+    QCOMPARE(connection->openRowset(sql)->rowCount(), 1);
+    connection->forgetResult();
+    proxy.fallSilent(true);
+    QElapsedTimer clock;
+    clock.start();
+    const auto failure = test::databaseFailure([&] { connection->openRowset(sql); });
+    QVERIFY(failure);
+    QCOMPARE(failure->cause(), FailureCause::TimeOut);
+    QVERIFY(clock.elapsed() < 20'000);
+    QVERIFY2(test::databaseFailure([&] { connection->openRowset(sql); }),
+        "a connection given up stays so");
+    const auto next = Connection::open(m_server.connectionText(QStringLiteral("clinic")), {});
+    QCOMPARE(next->openRowset(sql)->rowCount(), 1);
 }
 
 /// The second database's provider is always SQL Server's. Here the name of its driver leads to
