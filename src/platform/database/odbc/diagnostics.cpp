@@ -70,13 +70,33 @@ constexpr std::array kWords{
     WordedCause{QLatin1StringView("connection refused"), FailureCause::Port},
     WordedCause{QLatin1StringView("no route to host"), FailureCause::Server},
     WordedCause{QLatin1StringView("unreachable"), FailureCause::Server},
-    WordedCause{QLatin1StringView("closed the connection"), FailureCause::Lost},
-    WordedCause{QLatin1StringView("terminating connection"), FailureCause::Lost},
-    WordedCause{QLatin1StringView("connection to the server"), FailureCause::Lost},
-    WordedCause{QLatin1StringView("connection reset"), FailureCause::Lost},
     WordedCause{QLatin1StringView("server is unavailable"), FailureCause::Server},
     WordedCause{QLatin1StringView("connect"), FailureCause::Server},
 };
+
+/// What drivers say of a connection that breaks in use.
+constexpr std::array kLostWords{
+    QLatin1StringView("closed the connection"),
+    QLatin1StringView("terminating connection"),
+    QLatin1StringView("connection to the server"),
+    QLatin1StringView("connection reset"),
+    QLatin1StringView("could not receive data"),
+    QLatin1StringView("could not send data"),
+};
+
+/// States of a server that is being shut down.
+constexpr std::array kLostStates{QLatin1StringView("08"), QLatin1StringView("57P0")};
+
+bool isLost(const Diagnostic &record, Phase phase)
+{
+    const auto begins = [&](auto state) { return record.state.startsWith(state); };
+    if (phase == Phase::Running && std::ranges::any_of(kLostStates, begins))
+        return true;
+    const bool isGeneral = record.state.startsWith(u"HY") || record.state.startsWith(u"08");
+    return isGeneral && std::ranges::any_of(kLostWords, [&](auto words) {
+        return record.words.contains(words, Qt::CaseInsensitive);
+    });
+}
 
 bool isRemark(const Diagnostic &record)
 {
@@ -117,7 +137,8 @@ bool holdsFailure(const std::vector<Diagnostic> &records)
     return !std::ranges::all_of(records, isRemark);
 }
 
-DatabaseError failureOf(const std::vector<Diagnostic> &records, const QString &password)
+DatabaseError failureOf(
+    const std::vector<Diagnostic> &records, const QString &password, Phase phase)
 {
     const auto matters = [](const Diagnostic &record) {
         return !isRemark(record) && record.number != kStatementTerminated
@@ -132,12 +153,12 @@ DatabaseError failureOf(const std::vector<Diagnostic> &records, const QString &p
     FailureCause cause = FailureCause::Unknown;
     for (auto record = chosen; record != records.end() && cause == FailureCause::Unknown; ++record)
         if (matters(*record))
-            cause = causeOf(*record);
+            cause = causeOf(*record, phase);
     return {chosen->number != 0 ? chosen->number : kConnectionError,
         withoutPassword(chosen->words, password), cause, chosen->state};
 }
 
-FailureCause causeOf(const Diagnostic &record)
+FailureCause causeOf(const Diagnostic &record, Phase phase)
 {
     const auto numbered = std::ranges::find(kNumbers, record.number, &NumberedCause::number);
     if (numbered != kNumbers.end())
@@ -145,10 +166,14 @@ FailureCause causeOf(const Diagnostic &record)
     for (const WordedCause &known : kStates)
         if (record.state.startsWith(known.words))
             return known.cause;
+    if (isLost(record, phase))
+        return FailureCause::Lost;
+    if (phase == Phase::Running)
+        return FailureCause::Unknown;
     for (const WordedCause &known : kWords)
         if (record.words.contains(known.words, Qt::CaseInsensitive))
             return known.cause;
-    return record.state.startsWith(u"08") ? FailureCause::Lost : FailureCause::Unknown;
+    return FailureCause::Unknown;
 }
 
 } // namespace corvane::odbc

@@ -29,7 +29,9 @@ public:
 private:
     template <typename AnyHandle> DatabaseError failure(const AnyHandle &handle) const
     {
-        return failureOf(diagnostics(AnyHandle::kType, handle.get()), m_password);
+        constexpr bool kConnects = AnyHandle::kType == SQL_HANDLE_DBC;
+        return failureOf(diagnostics(AnyHandle::kType, handle.get()), m_password,
+            kConnects ? Phase::Connecting : Phase::Running);
     }
 
     QString m_password;
