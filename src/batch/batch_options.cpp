@@ -10,6 +10,7 @@ namespace corvane {
 namespace {
 
 const QString kRun = QStringLiteral("run");
+const QString kDoctor = QStringLiteral("doctor");
 const QString kRecSrcTrue = QStringLiteral("RecSrcTrue");
 
 void addOptions(QCommandLineParser &parser)
@@ -79,13 +80,20 @@ std::variant<BatchOptions, UsageFault> parseBatchOptions(const QStringList &argu
     QStringList words = parser.positionalArguments();
     BatchOptions options;
     options.recSrcTrue = words.removeAll(kRecSrcTrue) > 0;
+    options.folder = parser.value(QStringLiteral("folder"));
+    if (words.value(0) == kDoctor) {
+        options.command = BatchCommand::Doctor;
+        const bool folderAlone = parser.optionNames() == (parser.isSet(QStringLiteral("folder")) ? QStringList(QStringLiteral("folder")) : QStringList());
+        if (words.size() != 1 || !folderAlone)
+            return UsageFault {QStringLiteral("\"doctor\" takes --folder DIR and nothing else.")};
+        return options;
+    }
     if (words.value(0) != kRun)
         return UsageFault {words.isEmpty() ? QStringLiteral("The command is missing.")
                                            : QStringLiteral("\"%1\" is no command of this version.").arg(words[0])};
     if (words.size() != 2)
         return UsageFault {QStringLiteral("Name one report to run.")};
     options.report = words[1];
-    options.folder = parser.value(QStringLiteral("folder"));
     options.user = parser.value(QStringLiteral("user"));
     options.patient = parser.value(QStringLiteral("patient"));
     options.passwordFromInput = parser.isSet(QStringLiteral("password-stdin"));
@@ -127,6 +135,8 @@ QString batchUsage()
         "    [--date1 DATE] [--date2 DATE] [--select VALUE]... | --select-all\n"
         "    [--param NAME=VALUE]...\n"
         "    [--pdf FILE [--tagged]] [--xls FILE] [--text FILE] [--print QUEUE] [--timings]\n"
+        "corvane-batch check REPORT... [--folder DIR] [--user ID [--password-stdin]]\n"
+        "corvane-batch doctor [--folder DIR]\n"
         "\n"
         "REPORT     a name from the list of reports, or a path to a report file\n"
         "--folder   the program folder, which holds corvane.ini; default: the program's own\n"
@@ -141,6 +151,8 @@ QString batchUsage()
         "--tagged   the PDF has tags for screen readers however long it is\n"
         "--print    the printer to print on\n"
         "--timings  one line with the stages' times on standard error\n"
+        "\n"
+        "doctor     tries the connections of corvane.ini step by step and prints each\n"
         "\n"
         "Exit status: 0 done, 1 the report failed, 2 usage or a missing answer,\n"
         "3 logon or rights refused, 4 no corvane.ini or no connection.\n");

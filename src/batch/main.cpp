@@ -1,4 +1,5 @@
 #include "batch/batch_check.h"
+#include "batch/batch_doctor.h"
 #include "batch/batch_options.h"
 #include "batch/batch_run.h"
 #include "batch/console_host.h"
@@ -103,6 +104,8 @@ int main(int argc, char **argv)
         return usage(*fault);
     auto &options = std::get<BatchOptions>(parsed);
     options.folder = programFolder(options.folder);
+    if (options.command == BatchCommand::Doctor)
+        return runDoctor(options.folder, getDateOrder(locale));
     const QString password = options.passwordFromInput ? readPasswordLine() : variable;
     return runBatch(options, password, QDateTime::currentDateTime(), locale);
 }

@@ -247,7 +247,7 @@ RenderResult DesignedRun::render(const QString &recordSource, RenderSettings set
     VSRpt.dataSource().recordSource = fixDBNames(recordSource, databaseNames(m_state));
     settings.parameters = expressionParameters();
     settings.connection = m_state.gConn.get();
-    settings.drivers = m_state.drivers();
+    settings.drivers = m_state.drivers(m_state.gConnectString);
     settings.database = m_state.gDBName;
     return VSRpt.render(settings);
 }

@@ -76,7 +76,7 @@ bool ReportRun::prepareExcel()
     if (sql.trimmed().isEmpty())
         return false;
     m_adodc1.setRecordSource(sql);
-    m_adodc1.refresh(m_state.gConn.get(), m_state.drivers());
+    m_adodc1.refresh(m_state.gConn.get(), m_state.drivers(m_state.gConnectString));
     return true;
 }
 

@@ -109,7 +109,7 @@ RunResult ReportRun::runGuarded()
             return fail(0, reason);
         return runByKind();
     } catch (const DatabaseError &error) {
-        return fail(error.number(), error.description());
+        return fail(error);
     } catch (const RunTimeFault &fault) {
         return fail(fault.number(), fault.description());
     } catch (const ReportError &error) {
@@ -146,6 +146,16 @@ WorkbookOptions ReportRun::workbookOptions() const
     options.sheetName = QFileInfo(m_state.gRptFile).completeBaseName();
     options.style = m_style;
     return options;
+}
+
+RunResult ReportRun::fail(const DatabaseError &error)
+{
+    const RunResult result = fail(error.number(), error.description());
+    const bool second = TabularDefinition(m_state.gRptFile).usesSecondDatabase();
+    const QString advice = m_state.advice(error.cause(), second ? m_state.gHvnConnectString : m_state.gConnectString);
+    if (!advice.isEmpty())
+        m_host.message(advice, MessageFlags::Information, kTitle);
+    return result;
 }
 
 RunResult ReportRun::fail(int number, const QString &description)

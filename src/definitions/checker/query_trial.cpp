@@ -62,7 +62,7 @@ void tryQuery(CheckPass &pass, const Reportr &state, const QString &date)
     if (pass.value(u"Data Source", u"RecordSource1").isEmpty() || text.isEmpty())
         return; // both are findings already
     try {
-        const auto connection = Connection::open(text, state.drivers());
+        const auto connection = Connection::open(text, state.drivers(text));
         checkFields(pass, connection->openRowset(trialQuery(pass, state, date))->fieldCount());
     } catch (const DatabaseError &error) {
         const QString words = error.description().trimmed();

@@ -9,10 +9,18 @@
 
 namespace corvane {
 
-/// Where drivers look for files and how they read date literals; the same for every connection.
+/// How long a driver waits, in seconds; 0 for ever.
+struct TimeOuts {
+    int login = 15;
+    int query = 0;
+    bool operator==(const TimeOuts &) const = default;
+};
+
+/// Where drivers look for files, how they read date literals, how long they wait.
 struct DriverSettings {
     QString programFolder;
     int dateOrder = 0; ///< 0 month-day-year, 1 day-month-year, 2 year-month-day
+    TimeOuts timeOuts {}; ///< only for servers
 };
 
 /// One open session with one kind of database. Closing happens on destruction.
@@ -34,6 +42,17 @@ std::unique_ptr<Driver> openEmbedded(const ConnectionText &text, const DriverSet
 /// Any ODBC driver: the SQL Server providers map to the vendor's driver or FreeTDS, every other
 /// provider must be the name of an installed driver.
 std::unique_ptr<Driver> openOdbc(const ConnectionText &text, const DriverSettings &settings);
+
+/// Where openOdbc() goes for a connection text.
+struct ServerPlace {
+    QString driver;
+    QString host;             ///< empty: only the driver knows
+    int port = 0;             ///< 0: only the driver finds it, as for a named instance
+    QString certificateCheck; ///< what is done about the server's certificate, as half a sentence
+};
+
+/// DatabaseError with cause Provider when no driver serves the text.
+ServerPlace serverPlace(const ConnectionText &text);
 
 /// The names of the ODBC drivers that this system has.
 QStringList installedOdbcDrivers();
