@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/database/embedded/dialect.h"
+#include "platform/database/embedded/expression.h"
 #include "platform/database/embedded/moment.h"
 #include "platform/database/embedded/tokens.h"
 
@@ -8,17 +9,6 @@
 #include <span>
 
 namespace corvane::embedded {
-
-/// A translated expression with what is known of its value.
-struct Expression
-{
-    QString sql;
-    SqlType type;
-    std::optional<QString> literal; ///< the content, when it is a quoted text
-    QString column; ///< the name, when it is a column
-    bool primary = true; ///< needs no parentheses as an operand
-    bool chain = false; ///< an addition that takes further summands
-};
 
 /// A result column of a query; with a table it stands for all columns of that table.
 struct QueryColumn
@@ -103,24 +93,24 @@ private:
     Expression between(Expression left, bool negated);
     Expression inList(Expression left, bool negated);
     Expression like(const Expression &left, bool negated);
-    Expression additive();
-    Expression multiplicative();
-    Expression unary();
     Expression primary();
     Expression parenthesised();
     Expression columnReference();
     Expression caseExpression();
     Expression scalarQuery();
+
+    // Sums and products: translator_arithmetic.cpp
+    Expression additive();
+    Expression multiplicative();
+    Expression unary();
     static Expression joinedBits(const Expression &left, QStringView sign, const Expression &right);
-    static Expression sum(Expression left, const Expression &right);
-    static Expression difference(const Expression &left, const Expression &right);
 
     // Dates in quotes: translator_dates.cpp
     enum class Doubt { KeepText, ReadDate };
     SqlType align(std::span<Expression *const> operands, Doubt doubt) const;
     SqlType align(std::vector<Expression> &operands, Doubt doubt) const;
     void alignLiteral(Expression &operand, const SqlType &common) const;
-    static void alignExpression(Expression &operand, const SqlType &common, Doubt doubt);
+    static void alignExpression(Expression &operand, const SqlType &common);
     QString dateLiteral(const QString &content, ValueKind kind) const;
     QString dateLiteral(const QString &content, ValueKind kind, DateOrder order) const;
     Expression dateArgument();
@@ -143,7 +133,10 @@ private:
     SqlType typeName();
     Expression conditional();
     Expression firstKnown(const Token &name, const char *function, int most);
+    Expression knownOrElse(const Token &name);
+    Expression total(const Token &name);
     Expression average(const Token &name);
+    Expression asText(const Expression &value);
     Expression currentMoment() const;
 
     TokenReader m_in;
