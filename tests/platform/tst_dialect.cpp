@@ -300,7 +300,8 @@ void tst_dialect::sums_data()
     addCase("numbers add",
         "SELECT start_min + 30, 1 + 2 * 3 - 4, start_min - 10 FROM appts WHERE id = 10",
         "Integer 540 | Integer 3 | Integer 500");
-    addCase("text that is a number adds", "SELECT '12' + 5, 5.5 + ' 1.5 '", "Integer 17 | Decimal 7");
+    addCase(
+        "text that is a number adds", "SELECT '12' + 5, 5.5 + ' 1.5 '", "Integer 17 | Decimal 7");
     addCase("date plus days", "SELECT day + 1, at + 0.5, day - 31 FROM appts WHERE id = 10",
         "Date 11/01/2026 | DateTime 10/31/2026 8:30:00 PM | Date 09/30/2026");
     addCase(
@@ -309,8 +310,8 @@ void tst_dialect::sums_data()
         "SELECT x.n + 1, x.t + '!' FROM (SELECT start_min AS n, code AS t FROM appts WHERE id = "
         "10) x",
         "Integer 511 | Text A1!");
-    addCase("long chain of unknown types",
-        "SELECT v + v + v + v + v FROM loose WHERE id = 0", "Integer 5");
+    addCase("long chain of unknown types", "SELECT v + v + v + v + v FROM loose WHERE id = 0",
+        "Integer 5");
     addCase("a bracketed sum inside",
         "SELECT (last_name + '-') + (code + '/' + CAST(start_min AS varchar)) FROM patients p JOIN "
         "appts a ON a.patient_id = p.id WHERE a.id = 12",
@@ -485,7 +486,8 @@ void tst_dialect::dateLiterals_data()
         "Integer 10");
     add("against a sum", 0, "day + 1 = '11/02/2026'", "Integer 11");
     add("against a function", 0, "DATEADD(day, 1, '10/31/2026') = day", "Integer 11");
-    add("against something unknown", 0, "(SELECT v FROM loose l WHERE l.id = appts.id) = '11/01/2026'", "Integer 11");
+    add("against something unknown", 0,
+        "(SELECT v FROM loose l WHERE l.id = appts.id) = '11/01/2026'", "Integer 11");
     add("by a view's column", 0, "id = (SELECT 9 + COUNT(*) FROM latest WHERE day <= '11/01/2026')",
         "Integer 11");
     add("by a derived table's column", 0,
@@ -503,7 +505,8 @@ void tst_dialect::dateLiterals_data()
     add("month 13", 1, "day = '11/13/2026'", kInvalid);
     add("half-typed", 0, "day = '__/__/____'", kInvalid);
     add("no date beside a date", 0, "day = 'abc'", kInvalid);
-    add("no such day beside something unknown", 0, "(SELECT v FROM loose) = '02/30/2026'", kInvalid);
+    add("no such day beside something unknown", 0, "(SELECT v FROM loose) = '02/30/2026'",
+        kInvalid);
     add("no such day in a date function", 0, "DATEDIFF(day, '02/30/2026', day) = 1", kInvalid);
 }
 

@@ -197,6 +197,10 @@ RowsetPtr EmbeddedDriver::rowsOf(const Translation &translation)
             throw latestError(m_database.get());
         return fetchAll(statement.get(), translation.results);
     } catch (const DatabaseError &error) {
+        if (error.description() == u"parser stack overflow")
+            throw DatabaseError(kStatementError,
+                QStringLiteral("The query is nested too deeply for the embedded database. Make "
+                               "its inner expressions columns of a subquery behind FROM."));
         if (m_functions.failure == 0)
             throw;
         throw DatabaseError(m_functions.failure, error.description());

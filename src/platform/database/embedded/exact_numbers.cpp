@@ -10,14 +10,6 @@ namespace corvane::embedded {
 
 namespace {
 
-void divisor(const FunctionCall &call)
-{
-    const auto value = call.number(0);
-    if (value && *value == 0 && !call.isNull(0))
-        return call.fail(ServerError::kDivideByZero, "Divide by zero error encountered.");
-    call.setCopy(0);
-}
-
 /// Both numbers of a division; empty, with the result set, when there is nothing to divide.
 std::optional<std::pair<double, double>> operands(const FunctionCall &call)
 {
@@ -44,17 +36,34 @@ void quotient(const FunctionCall &call)
         call.setReal(cutTo(numbers->first / numbers->second, int(call.integer(2))));
 }
 
+/// Whole numbers stay whole, unless the third argument says that one of them is a real.
+void divide(const FunctionCall &call)
+{
+    const auto numbers = operands(call);
+    if (!numbers)
+        return;
+    const bool whole = call.isInteger(0) && call.isInteger(1) && call.integer(2) == 0;
+    if (whole && call.integer(1) != -1) // the least number has no opposite
+        return call.setInteger(call.integer(0) / call.integer(1));
+    const double result = numbers->first / numbers->second;
+    if (whole && std::abs(result) < 9.2e18)
+        return call.setInteger(-call.integer(0));
+    call.setReal(result);
+}
+
 void remainder(const FunctionCall &call)
 {
     const auto numbers = operands(call);
     if (!numbers)
         return;
+    if (call.isInteger(0) && call.isInteger(1))
+        return call.setInteger(call.integer(1) == -1 ? 0 : call.integer(0) % call.integer(1));
     const auto &[left, right] = *numbers;
     call.setReal(fifteenDigits(left - right * cutTo(left / right, 0)));
 }
 
 constexpr Function kFunctions[] = {
-    {"corvane_divisor", 1, divisor},
+    {"corvane_divide", 3, divide},
     {"corvane_quotient", 3, quotient},
     {"corvane_remainder", 2, remainder},
 };

@@ -181,8 +181,8 @@ void stuff(const FunctionCall &call)
         return call.setNull();
     const qsizetype begin = byteOfCharacter(text, start - 1);
     const QByteArrayView tail = text.sliced(begin);
-    call.setText(QByteArray(text.first(begin) + call.text(3)
-        + tail.sliced(byteOfCharacter(tail, length))));
+    call.setText(
+        QByteArray(text.first(begin) + call.text(3) + tail.sliced(byteOfCharacter(tail, length))));
 }
 
 void reverse(const FunctionCall &call)

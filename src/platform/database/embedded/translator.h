@@ -26,6 +26,7 @@ struct Source
     QString catalogue;
     QString table;
     std::vector<QueryColumn> columns;
+    bool reading = false; ///< a common table whose own query is being read
 };
 
 struct Query
@@ -56,8 +57,10 @@ private:
 
     // Statements: translator_query.cpp
     void refuseOtherStatements();
-    Query query(Level level);
+    Query query(Level level, const QStringList *ownNames = nullptr);
     QString commonTables();
+    QString commonTable();
+    QString columnNames(QStringList &names);
     Core core(Level level);
     Core queryPart(Level level);
     QString top();
@@ -65,7 +68,7 @@ private:
     QString selectList(Level level, std::vector<QueryColumn> &columns);
     QString selectItem(Level level, std::vector<QueryColumn> &columns);
     QString star(const QString &qualifier, std::vector<QueryColumn> &columns);
-    QString clauses();
+    QString clauses(bool readsItself);
     QString orderBy();
     QString expressionList();
     QString optionalAlias();
@@ -73,12 +76,14 @@ private:
     // FROM: translator_sources.cpp
     QString sources();
     QString joined();
+    QString join(const QString &left);
     QString joinWord();
     QString source();
     QString storedTable();
     QString derivedTable();
     void dropHints();
     void refuseSourceEnd();
+    QString name();
     QStringList nameParts();
     void checkSchema(const QString &schema, qsizetype at);
     SqlType columnType(const QString &qualifier, const QString &column) const;
@@ -144,6 +149,7 @@ private:
     std::vector<std::vector<Source>> m_scopes;
     std::vector<Source> m_commonTables;
     QStringList m_catalogues;
+    bool m_readsItself = false; ///< a source of this SELECT is the common table around it
     int m_depth = 0;
 };
 

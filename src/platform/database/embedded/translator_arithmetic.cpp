@@ -111,7 +111,8 @@ private:
         if (parts.size() <= kMostInARow)
             return parts.join(QString());
         const qsizetype half = parts.size() / 2;
-        return u'(' % numbers(parts.first(half)) % u") + (0" % numbers(parts.sliced(half)) % u')';
+        const QStringList rest = QStringList(QStringLiteral("0")) + parts.sliced(half);
+        return u'(' % numbers(parts.first(half)) % u") + (" % numbers(rest) % u')';
     }
 
     /// From left to right in groups, since "1" + "2" + 3 is 15; SQLite takes 127 arguments.
@@ -131,33 +132,37 @@ private:
     Way m_way = Way::Single;
 };
 
-/// The server fails where SQLite's quotient is null. A quoted number that is not zero needs no
-/// check.
-QString divisor(const Expression &e)
+/// The server fails where SQLite's quotient is null: only a number in the text that is not zero
+/// needs no look at every row.
+bool isSafeDivisor(const Expression &e)
 {
     bool isNumber = false;
-    return e.sql.toDouble(&isNumber) != 0 && isNumber ? e.sql : u"corvane_divisor(" % e.sql % u')';
+    return e.sql.toDouble(&isNumber) != 0 && isNumber;
 }
 
 Expression quotient(const Expression &left, const Expression &right)
 {
-    const SqlType type = quotientType(left.type, right.type);
+    SqlType type = quotientType(left.type, right.type);
+    if (type.kind == ValueKind::Integer && isSafeDivisor(right))
+        return compound(operand(left) % u" / " % right.sql, type);
+    const QString both = left.sql % u", " % right.sql;
     if (type.kind == ValueKind::Decimal)
-        return primaryOf(u"corvane_quotient(" % left.sql % u", " % right.sql % u", "
-                % QString::number(type.scale) % u')',
-            type);
+        return primaryOf(
+            u"corvane_quotient(" % both % u", " % QString::number(type.scale) % u')', type);
     // A real that happens to be whole may be stored as an integer and would divide like one.
-    const bool real = isFraction(left.type) || isFraction(right.type);
-    return compound(operand(left) % (real ? u" * 1.0 / " : u" / ") % divisor(right),
-        real ? SqlType{.kind = ValueKind::Real} : type);
+    if (isFraction(left.type) || isFraction(right.type))
+        type = {.kind = ValueKind::Real};
+    return primaryOf(
+        u"corvane_divide(" % both % u", " % (type.kind == ValueKind::Real ? u'1' : u'0') % u')',
+        type);
 }
 
 Expression remainder(const Expression &left, const Expression &right)
 {
     const SqlType type = remainderType(left.type, right.type);
-    if (isFraction(type))
-        return primaryOf(u"corvane_remainder(" % left.sql % u", " % right.sql % u')', type);
-    return compound(operand(left) % u" % " % divisor(right), type);
+    if (type.kind == ValueKind::Integer && isSafeDivisor(right))
+        return compound(operand(left) % u" % " % right.sql, type);
+    return primaryOf(u"corvane_remainder(" % left.sql % u", " % right.sql % u')', type);
 }
 
 /// SQLite's two collations for the server's names, which say "_CI" or "_CS" and the like.
