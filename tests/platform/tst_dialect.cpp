@@ -266,6 +266,15 @@ void tst_dialect::texts_data()
         "SELECT REPLACE(ssn, '123', 'x'), CONCAT(id, NULL, '-', last_name), CHAR(65) FROM patients "
         "WHERE id = 2",
         "Text 000x456 | Text 2-Smith | Text A");
+    addCase("of what is no text: as CONVERT gives it",
+        "SELECT LEFT(at, 11), LEN(balance), UPPER(day), CONCAT(start_time, '') FROM appts a JOIN "
+        "patients p ON p.id = a.patient_id WHERE a.id = 10 AND at LIKE 'Oct%'",
+        "Text Oct 31 2026 | Integer 5 | Text 2026-10-31 | Text 08:30:00.0000000");
+    addCase("REPLACE finds in any case", "SELECT REPLACE('O''Neil', 'N', 'x')", "Text O'xeil");
+    addCase("ISNULL keeps the first one's length and kind",
+        "SELECT ISNULL(first_name, REPLICATE('x', 40)), ISNULL(active, 5), ISNULL(NULL, 'abc'), "
+        "ISNULL(born, '') FROM patients WHERE id = 2",
+        "Text xxxxxxxxxxxxxxxxxxxxxxxxxxxxxx | Boolean False | Text abc | Date 11/01/1975");
     addCase("null arguments",
         "SELECT LEFT(first_name, 1), UPPER(first_name), SUBSTRING(first_name, 1, 1) FROM patients "
         "WHERE id = 2",
@@ -300,8 +309,9 @@ void tst_dialect::sums_data()
     addCase("numbers add",
         "SELECT start_min + 30, 1 + 2 * 3 - 4, start_min - 10 FROM appts WHERE id = 10",
         "Integer 540 | Integer 3 | Integer 500");
-    addCase(
-        "text that is a number adds", "SELECT '12' + 5, 5.5 + ' 1.5 '", "Integer 17 | Decimal 7");
+    addCase("text that is a number adds",
+        "SELECT '12' + 5, 5.5 + ' 1.5 ', '1' + '2' + 3, 3 + '1' + '2'",
+        "Integer 17 | Decimal 7 | Integer 15 | Integer 6");
     addCase("date plus days", "SELECT day + 1, at + 0.5, day - 31 FROM appts WHERE id = 10",
         "Date 11/01/2026 | DateTime 10/31/2026 8:30:00 PM | Date 09/30/2026");
     addCase(
@@ -425,6 +435,19 @@ void tst_dialect::conversions_data()
         "SELECT CAST(balance AS varchar(10)), CONVERT(varchar, 12), CAST(1.50 AS varchar(9)) FROM "
         "patients WHERE id = 1",
         "Text 12.50 | Text 12 | Text 1.50");
+    addCase("amounts of money",
+        "SELECT CONVERT(varchar, CAST(-1234567.891 AS money), 1), CAST(CAST(12.5 AS money) AS "
+        "varchar), CONVERT(varchar(12), CAST('$1,234.5' AS money) * 2, 2), CAST(12.5 AS money) / 3",
+        "Text -1,234,567.89 | Text 12.50 | Text 2469.0000 | Decimal 4.1666");
+    addCase("reals to text",
+        "SELECT CAST(CAST(1234567 AS float) AS varchar), CAST(0.1e0 AS varchar), CONVERT(varchar, "
+        "2.5e0, 1)",
+        "Text 1.23457e+006 | Text 0.1 | Text 2.5000000e+000");
+    addCase("times with their digits",
+        "SELECT CAST(CAST(at AS datetime2) AS varchar(40)), CAST(CAST(at AS time(0)) AS "
+        "varchar(20)), CONVERT(varchar(30), CAST(at AS datetime2(1)), 121) FROM appts WHERE id = "
+        "13",
+        "Text 2027-01-05 23:59:59.5000000 | Text 23:59:59 | Text 2027-01-05 23:59:59.5");
     addCase("text to numbers",
         "SELECT CAST('12' AS int), CONVERT(int, 12.9), CAST(' 2.5' AS float), CAST('2.345' AS "
         "decimal(9, 2)), CAST('' AS int)",

@@ -92,6 +92,9 @@ void tst_dialect_faults::runTimeFailures_data()
     add("SELECT CONVERT(varchar, at, 999) FROM t", "281: 999 is not a valid style");
     add("SELECT DATEADD(year, 9999, d) FROM t", "517: ");
     add("SELECT DATEADD(day, 1, name) FROM t", "241: ");
+    add("SELECT 'due ' + d FROM t", "241: ");
+    add("SELECT name + 'x' + 5 FROM t",
+        "245: Conversion failed when converting the text value 'ax'");
     add("SELECT LEFT(name, -1) FROM t", "537: ");
 }
 

@@ -97,7 +97,7 @@ private:
     Expression comparison(Expression left);
     Expression between(Expression left, bool negated);
     Expression inList(Expression left, bool negated);
-    Expression like(const Expression &left, bool negated);
+    Expression like(const Expression &subject, bool negated);
     Expression primary();
     Expression parenthesised();
     Expression columnReference();
@@ -132,17 +132,19 @@ private:
     Expression dateDifference();
     Expression datePartOf(const char *function, ValueKind kind);
     Expression fixedPartOf(int part);
-    Expression cast();
-    Expression convert();
-    Expression converted(Expression value, const SqlType &target, const Expression *style);
-    SqlType typeName();
     Expression conditional();
     Expression firstKnown(const Token &name, const char *function, int most);
     Expression knownOrElse(const Token &name);
     Expression total(const Token &name);
     Expression average(const Token &name);
-    Expression asText(const Expression &value);
     Expression currentMoment() const;
+
+    // Conversions: translator_conversions.cpp
+    Expression cast();
+    Expression convert();
+    SqlType typeName();
+    Expression converted(Expression value, const SqlType &target, const Expression *style);
+    Expression asText(const Expression &value);
 
     TokenReader m_in;
     const DialectSettings &m_settings;

@@ -18,9 +18,21 @@ bool surelyJoins(const Expression &e)
     return e.literal && !number && !e.literal->trimmed().isEmpty();
 }
 
-/// A text beside a number is read as such a number, as the server does it.
+/// The text of the pair becomes a date.
+void readAsDate(Expression &text, const SqlType &type)
+{
+    text = primaryOf(
+        u"corvane_to_moment(" % text.sql % u", " % QString::number(int(type.kind)) % u", NULL)",
+        type);
+}
+
+/// A text beside a number is read as such a number, beside a date as a date, as the server does it.
 void meet(Expression &left, Expression &right)
 {
+    if (left.type.isText() && right.type.isMoment())
+        return readAsDate(left, right.type);
+    if (right.type.isText() && left.type.isMoment())
+        return readAsDate(right, left.type);
     if (left.type.isText() && right.type.isNumber())
         left = asNumber(left, right.type);
     else if (right.type.isText() && left.type.isNumber())
@@ -41,7 +53,7 @@ public:
     /// decides.
     void add(Expression next)
     {
-        meet(m_sum, next);
+        meetNext(next);
         const SqlType &left = m_sum.type;
         const SqlType &right = next.type;
         if (left.isNumber() && right.isNumber())
@@ -58,7 +70,7 @@ public:
 
     void subtract(Expression next)
     {
-        meet(m_sum, next);
+        meetNext(next);
         if (m_sum.type.isNumber() && next.type.isNumber())
             return append(Way::Numbers, u" - " % next.sql, sumType(m_sum.type, next.type));
         const SqlType type = m_sum.type.isMoment() ? m_sum.type : SqlType();
@@ -85,6 +97,14 @@ public:
 
 private:
     enum class Way { Single, Numbers, Texts, Undecided };
+
+    /// A joined text that meets a number or a date is read as one whole.
+    void meetNext(Expression &next)
+    {
+        if (m_sum.type.isText() && !next.type.isText())
+            m_sum = taken();
+        meet(m_sum, next);
+    }
 
     void append(Way way, const QString &part, const SqlType &type)
     {

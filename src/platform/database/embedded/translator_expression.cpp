@@ -143,8 +143,9 @@ Expression Translator::inList(Expression left, bool negated)
 }
 
 /// SQLite's own LIKE is used where it means the same: for a quoted pattern without a [set].
-Expression Translator::like(const Expression &left, bool negated)
+Expression Translator::like(const Expression &subject, bool negated)
 {
+    const Expression left = asText(subject);
     const Expression pattern = additive();
     const QString escape = m_in.takeWord("escape") ? additive().sql : QString();
     const QString word = negated ? QStringLiteral("NOT ") : QString();

@@ -64,11 +64,15 @@ Translator::Translator(QStringView sql, const DialectSettings &settings)
 Translation Translator::run()
 {
     m_in.takeSymbol(";"); // people put one before WITH
+    if (m_in.peek().kind == Token::Kind::End)
+        throw DatabaseError(kStatementError, QStringLiteral("The query holds no statement."));
     refuseOtherStatements();
     const Query whole = query(Level::Outermost);
     m_in.takeSymbol(";");
     if (m_in.peek().kind != Token::Kind::End) {
         refuseOtherStatements();
+        if (m_in.atWord("select") || m_in.atWord("with"))
+            m_in.refuse(QStringLiteral("several statements in one query"));
         m_in.refuseToken();
     }
     Translation result;
@@ -82,12 +86,8 @@ Translation Translator::run()
 void Translator::refuseOtherStatements()
 {
     const Token &token = m_in.peek();
-    if (token.kind == Token::Kind::End && m_in.position() < 2)
-        throw DatabaseError(kStatementError, QStringLiteral("The query holds no statement."));
     if (isOneOf(token, kOtherStatements))
         m_in.refuse(token.text.toString().toUpper());
-    if (m_in.position() > 1 && (m_in.atWord("select") || m_in.atWord("with")))
-        m_in.refuse(QStringLiteral("several statements in one query"));
 }
 
 /// `ownNames` are the columns of the common table that this query is, which it may read itself from
