@@ -17,16 +17,15 @@ std::optional<std::pair<double, double>> operands(const FunctionCall &call)
         call.setNull();
         return std::nullopt;
     }
-    for (int i = 0; i < 2; ++i)
-        if (!call.number(i)) {
-            call.failConversion(i, "numeric");
-            return std::nullopt;
-        }
-    if (*call.number(1) == 0) {
+    const auto left = call.number(0);
+    const auto right = call.number(1);
+    if (left && right && *right != 0)
+        return std::pair(*left, *right);
+    if (left && right)
         call.fail(ServerError::kDivideByZero, "Divide by zero error encountered.");
-        return std::nullopt;
-    }
-    return std::pair(*call.number(0), *call.number(1));
+    else
+        call.failConversion(left ? 1 : 0, "numeric");
+    return std::nullopt;
 }
 
 /// The third argument is how many digits behind the point the server keeps.
@@ -124,8 +123,13 @@ double roundedTo(double value, int decimals)
 
 double cutTo(double value, int decimals)
 {
+    // What misses a whole number by no more than the sixteenth digit is one.
+    constexpr double kNoise = 5e-15;
     const double factor = std::pow(10.0, decimals);
-    return std::trunc(fifteenDigits(value * factor)) / factor;
+    const double scaled = value * factor;
+    const double nearest = std::nearbyint(scaled);
+    const bool whole = std::abs(scaled - nearest) <= std::abs(scaled) * kNoise;
+    return (whole ? nearest : std::trunc(scaled)) / factor;
 }
 
 void ExactTotal::add(double value)
