@@ -1,3 +1,4 @@
+#include "platform/database/embedded/exact_numbers.h"
 #include "platform/database/embedded/function_values.h"
 
 #include <QtCore/QString>
@@ -156,8 +157,7 @@ void round(const FunctionCall &call)
         return call.failConversion(0, "number");
     const bool cuts = call.count() > 2 && call.integer(2) != 0;
     const int digits = int(std::clamp<qint64>(call.integer(1), -15, 15));
-    const double factor = std::pow(10.0, digits);
-    const double rounded = cuts ? std::trunc(*value * factor) / factor : roundedTo(*value, digits);
+    const double rounded = cuts ? cutTo(*value, digits) : roundedTo(*value, digits);
     constexpr double kMostWhole = 9.2e18;
     if (call.isInteger(0) && std::abs(rounded) < kMostWhole)
         call.setInteger(qint64(rounded));
@@ -165,7 +165,19 @@ void round(const FunctionCall &call)
         call.setReal(rounded);
 }
 
+/// True, until the statement's common tables have made too many rows from themselves.
+void recursion(const FunctionCall &call)
+{
+    constexpr int kMostRows = 32'767;
+    if (++call.state().recursions > kMostRows)
+        return call.fail(ServerError::kRecursion,
+            "The statement terminated. A common table that reads itself made more than 32,767 "
+            "rows.");
+    call.setInteger(1);
+}
+
 constexpr Function kFunctions[] = {
+    {"corvane_recursion", 0, recursion, true},
     {"corvane_add", -1, add},
     {"corvane_subtract", 2, subtract},
     {"corvane_round", 2, round},

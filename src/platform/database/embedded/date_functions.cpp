@@ -27,7 +27,8 @@ void dateAdd(const FunctionCall &call)
         ? addParts(*moment, partArgument(call), qint64(*count))
         : std::nullopt;
     if (!sum)
-        return call.fail("Adding a value to a 'datetime' column caused an overflow.");
+        return call.fail(ServerError::kDateOverflow,
+            "Adding a value to a 'datetime' column caused an overflow.");
     call.setMoment(sum);
 }
 

@@ -30,6 +30,7 @@ public:
     RowsetPtr query(const QString &sql) override;
 
 private:
+    RowsetPtr rowsOf(const Translation &translation);
     void openEmpty();
     void attachCatalogue(const QDir &folder, const QString &catalogue);
     void attachOthers(const QDir &folder, const QString &catalogue);
@@ -38,6 +39,7 @@ private:
     SqlType columnType(const QString &catalogue, const QString &table, const QString &column);
     void checkCatalogues(const QStringList &named) const;
 
+    FunctionState m_functions;
     DatabaseHandle m_database;
     DialectSettings m_dialect;
     Clock m_clock;
@@ -58,7 +60,8 @@ EmbeddedDriver::EmbeddedDriver(
                 .arg(folder.absolutePath()),
             FailureCause::Server);
     openEmpty();
-    registerFunctions(m_database.get(), DateOrder(settings.dateOrder));
+    m_functions.dateOrder = DateOrder(settings.dateOrder);
+    registerFunctions(m_database.get(), m_functions);
     attachCatalogue(folder, text.catalogue);
     attachOthers(folder, text.catalogue);
     execute("PRAGMA query_only=1");
@@ -180,10 +183,28 @@ RowsetPtr EmbeddedDriver::query(const QString &sql)
     m_columnTypes.clear();
     const Translation translation = translate(sql, m_dialect);
     checkCatalogues(translation.catalogues);
-    const StatementHandle statement = prepared(m_database.get(), translation.sql);
-    if (!statement)
-        throw latestError(m_database.get());
-    return fetchAll(statement.get(), translation.results);
+    return rowsOf(translation);
+}
+
+/// Fails with the server's number where a function of the dialect knows it.
+RowsetPtr EmbeddedDriver::rowsOf(const Translation &translation)
+{
+    m_functions.failure = 0;
+    m_functions.recursions = 0;
+    try {
+        const StatementHandle statement = prepared(m_database.get(), translation.sql);
+        if (!statement)
+            throw latestError(m_database.get());
+        return fetchAll(statement.get(), translation.results);
+    } catch (const DatabaseError &error) {
+        if (error.description() == u"parser stack overflow")
+            throw DatabaseError(kStatementError,
+                QStringLiteral("The query is nested too deeply for the embedded database. Make "
+                               "its inner expressions columns of a subquery behind FROM."));
+        if (m_functions.failure == 0)
+            throw;
+        throw DatabaseError(m_functions.failure, error.description());
+    }
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/database/embedded/functions.h"
 #include "platform/database/embedded/moment.h"
 
 #include <sqlite3.h>
@@ -9,6 +10,33 @@
 #include <span>
 
 namespace corvane::embedded {
+
+/// The server's numbers of what can fail while a statement runs.
+namespace ServerError {
+
+constexpr int kDateConversion = 241;
+constexpr int kConversion = 245;
+constexpr int kStyle = 281;
+constexpr int kDateOverflow = 517;
+constexpr int kRecursion = 530;
+constexpr int kLength = 537;
+constexpr int kNumberConversion = 8114;
+constexpr int kOverflow = 8115;
+constexpr int kDivideByZero = 8134;
+
+} // namespace ServerError
+
+class FunctionCall;
+using FunctionBody = void (*)(const FunctionCall &);
+
+/// What SQLite keeps for a function.
+struct Registration
+{
+    FunctionState &state;
+    FunctionBody body;
+};
+
+constexpr int kFunctionFlags = SQLITE_UTF8 | SQLITE_INNOCUOUS;
 
 /// What a function of the dialect gets: its arguments and where the result goes.
 class FunctionCall
@@ -35,9 +63,10 @@ public:
     std::optional<double> number(int i) const;
     /// A date text in the stored or a written form, or a number of days since 1900.
     std::optional<Moment> moment(int i, DateOrder order) const;
-    DateOrder dateOrder() const
+    DateOrder dateOrder() const { return state().dateOrder; }
+    FunctionState &state() const
     {
-        return *static_cast<const DateOrder *>(sqlite3_user_data(m_context));
+        return static_cast<const Registration *>(sqlite3_user_data(m_context))->state;
     }
 
     void setNull() const { sqlite3_result_null(m_context); }
@@ -46,9 +75,11 @@ public:
     void setText(QByteArrayView text) const;
     void setCopy(int i) const { sqlite3_result_value(m_context, m_values[size_t(i)]); }
     void setMoment(std::optional<Moment> moment) const;
-    void fail(const QByteArray &message) const;
-    /// The server's words for a text that is no number.
+    /// Ends the statement with the server's number and words.
+    void fail(int number, const QByteArray &message) const;
+    /// For a text that is no number.
     void failConversion(int i, const char *target) const;
+    void failOverflow(const char *target) const;
 
 private:
     int type(int i) const { return sqlite3_value_type(m_values[size_t(i)]); }
@@ -57,23 +88,21 @@ private:
     std::span<sqlite3_value *> m_values;
 };
 
-/// Half away from zero, as a decimal of 15 digits does it: 1.005, stored a little below,
-/// gives 1.01.
-double roundedTo(double value, int decimals);
-
-using FunctionBody = void (*)(const FunctionCall &);
-
 /// One function: -1 arguments for any number of them.
 struct Function
 {
     const char *name;
     int arguments;
     FunctionBody body;
+    bool changes = false; ///< gives another result for the same arguments
 };
 
 std::span<const Function> textFunctions();
 std::span<const Function> dateFunctions();
 std::span<const Function> conversionFunctions();
 std::span<const Function> arithmeticFunctions();
+std::span<const Function> exactFunctions();
+/// The aggregates, which keep a state between rows.
+void registerTotals(sqlite3 *database);
 
 } // namespace corvane::embedded

@@ -9,14 +9,6 @@ namespace corvane::embedded {
 
 namespace {
 
-/// What SQLite keeps for a function: the body and the date order, which stands first so that a call
-/// finds it without knowing more.
-struct Registration
-{
-    DateOrder order;
-    FunctionBody body;
-};
-
 void invoke(sqlite3_context *context, int count, sqlite3_value **values)
 {
     static_cast<const Registration *>(sqlite3_user_data(context))
@@ -28,13 +20,13 @@ void forget(void *registration)
     delete static_cast<Registration *>(registration);
 }
 
-void registerAll(sqlite3 *database, DateOrder order, std::span<const Function> functions)
+void registerAll(sqlite3 *database, FunctionState &state, std::span<const Function> functions)
 {
-    constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
     for (const Function &function : functions) {
-        auto *registration = new Registration{order, function.body};
+        auto *registration = new Registration{state, function.body};
         const int code = sqlite3_create_function_v2(database, function.name, function.arguments,
-            kFlags, registration, invoke, nullptr, nullptr, forget);
+            kFunctionFlags | (function.changes ? 0 : SQLITE_DETERMINISTIC), registration, invoke,
+            nullptr, nullptr, forget);
         if (code != SQLITE_OK)
             throw DatabaseError(code, QString::fromUtf8(sqlite3_errmsg(database)));
     }
@@ -88,11 +80,13 @@ void FunctionCall::setMoment(std::optional<Moment> moment) const
     if (moment)
         setText(momentText(*moment));
     else
-        fail("Conversion failed when converting date and/or time from character string.");
+        fail(ServerError::kDateConversion,
+            "Conversion failed when converting date and/or time from character string.");
 }
 
-void FunctionCall::fail(const QByteArray &message) const
+void FunctionCall::fail(int number, const QByteArray &message) const
 {
+    state().failure = number;
     sqlite3_result_error(m_context, message.constData(), int(message.size()));
 }
 
@@ -100,23 +94,26 @@ void FunctionCall::failConversion(int i, const char *target) const
 {
     constexpr qsizetype kShown = 60;
     const QByteArrayView value = text(i);
-    fail("Conversion failed when converting the text value '"
-        + value.first(std::min(value.size(), kShown)).toByteArray() + "' to data type " + target
-        + '.');
+    fail(ServerError::kConversion,
+        "Conversion failed when converting the text value '"
+            + value.first(std::min(value.size(), kShown)).toByteArray() + "' to data type " + target
+            + '.');
 }
 
-double roundedTo(double value, int decimals)
+void FunctionCall::failOverflow(const char *target) const
 {
-    const double factor = std::pow(10.0, decimals);
-    return std::round(QByteArray::number(value * factor, 'g', 15).toDouble()) / factor;
+    fail(ServerError::kOverflow,
+        QByteArray("Arithmetic overflow error converting expression to data type ") + target + '.');
 }
 
-void registerFunctions(sqlite3 *database, DateOrder order)
+void registerFunctions(sqlite3 *database, FunctionState &state)
 {
-    registerAll(database, order, textFunctions());
-    registerAll(database, order, dateFunctions());
-    registerAll(database, order, conversionFunctions());
-    registerAll(database, order, arithmeticFunctions());
+    registerAll(database, state, textFunctions());
+    registerAll(database, state, dateFunctions());
+    registerAll(database, state, conversionFunctions());
+    registerAll(database, state, arithmeticFunctions());
+    registerAll(database, state, exactFunctions());
+    registerTotals(database);
 }
 
 } // namespace corvane::embedded

@@ -121,22 +121,36 @@ void appendPart(QByteArray &out, char letter, Moment moment)
     }
 }
 
-int defaultStyle(ValueKind kind)
+int defaultStyle(ValueKind kind, int fraction)
 {
-    return kind == ValueKind::Date ? 23 : kind == ValueKind::Time ? 108 : 0;
+    return kind == ValueKind::Date ? 23 : fraction >= 0 ? 121 : kind == ValueKind::Time ? 108 : 0;
+}
+
+/// The digits behind the seconds, which start with the milliseconds: more zeros, fewer, or none.
+void resizeFraction(QByteArray &out, int digits)
+{
+    constexpr int kMilliseconds = 3;
+    if (digits > kMilliseconds)
+        out.append(digits - kMilliseconds, '0');
+    else
+        out.chop(digits == 0 ? kMilliseconds + 1 : kMilliseconds - digits);
 }
 
 } // namespace
 
-std::optional<QByteArray> styledText(Moment moment, ValueKind kind, std::optional<int> style)
+std::optional<QByteArray> styledText(
+    Moment moment, ValueKind kind, std::optional<int> style, int fraction)
 {
-    const int number = style.value_or(defaultStyle(kind));
+    const int number = style.value_or(defaultStyle(kind, fraction));
     const auto known = std::ranges::find(kStyles, number, &Style::number);
     if (known == kStyles.end())
         return std::nullopt;
     QByteArray out;
-    for (const char letter : halfFor(known->pattern, kind))
+    for (const char letter : halfFor(known->pattern, kind)) {
         appendPart(out, letter, moment);
+        if (letter == 'f' && fraction >= 0)
+            resizeFraction(out, fraction);
+    }
     // The style with a "T" shows milliseconds only when there are any.
     if (number == 126 && kind != ValueKind::Date && moment.timeOfDay() % 1000 != 0)
         appendNumber(out.append('.'), partOf(moment, DatePart::Millisecond), 3);

@@ -13,35 +13,49 @@ struct TypeWord
     SqlType type;
 };
 
-constexpr SqlType of(ValueKind kind, int scale = -1)
+constexpr SqlType of(ValueKind kind)
 {
-    return {kind, scale, -1, false, false};
+    return {.kind = kind};
 }
-constexpr SqlType kPadded{ValueKind::Text, -1, -1, false, true};
-constexpr SqlType kUnlimited{ValueKind::Text, -1, -1, true, false};
+constexpr SqlType whole(int precision)
+{
+    return {.kind = ValueKind::Integer, .precision = precision};
+}
+constexpr SqlType amount(int precision)
+{
+    return {.kind = ValueKind::Decimal, .scale = 4, .precision = precision, .money = true};
+}
+/// With the digits behind the seconds that the server shows when a declaration names none.
+constexpr SqlType precise(ValueKind kind)
+{
+    return {.kind = kind, .scale = 7};
+}
+constexpr SqlType kDecimal{.kind = ValueKind::Decimal, .scale = 0, .precision = 18};
+constexpr SqlType kPadded{.kind = ValueKind::Text, .padded = true};
+constexpr SqlType kUnlimited{.kind = ValueKind::Text, .unlimited = true};
 
 constexpr std::array kTypeWords{
-    TypeWord{QLatin1StringView("int"), of(ValueKind::Integer)},
-    TypeWord{QLatin1StringView("integer"), of(ValueKind::Integer)},
-    TypeWord{QLatin1StringView("bigint"), of(ValueKind::Integer)},
-    TypeWord{QLatin1StringView("smallint"), of(ValueKind::Integer)},
-    TypeWord{QLatin1StringView("tinyint"), of(ValueKind::Integer)},
+    TypeWord{QLatin1StringView("int"), whole(10)},
+    TypeWord{QLatin1StringView("integer"), whole(10)},
+    TypeWord{QLatin1StringView("bigint"), whole(19)},
+    TypeWord{QLatin1StringView("smallint"), whole(5)},
+    TypeWord{QLatin1StringView("tinyint"), whole(3)},
     TypeWord{QLatin1StringView("bit"), of(ValueKind::Boolean)},
     TypeWord{QLatin1StringView("bool"), of(ValueKind::Boolean)},
     TypeWord{QLatin1StringView("boolean"), of(ValueKind::Boolean)},
-    TypeWord{QLatin1StringView("decimal"), of(ValueKind::Decimal, 0)},
-    TypeWord{QLatin1StringView("dec"), of(ValueKind::Decimal, 0)},
-    TypeWord{QLatin1StringView("numeric"), of(ValueKind::Decimal, 0)},
-    TypeWord{QLatin1StringView("money"), of(ValueKind::Decimal, 4)},
-    TypeWord{QLatin1StringView("smallmoney"), of(ValueKind::Decimal, 4)},
+    TypeWord{QLatin1StringView("decimal"), kDecimal},
+    TypeWord{QLatin1StringView("dec"), kDecimal},
+    TypeWord{QLatin1StringView("numeric"), kDecimal},
+    TypeWord{QLatin1StringView("money"), amount(19)},
+    TypeWord{QLatin1StringView("smallmoney"), amount(10)},
     TypeWord{QLatin1StringView("float"), of(ValueKind::Real)},
     TypeWord{QLatin1StringView("real"), of(ValueKind::Real)},
     TypeWord{QLatin1StringView("double"), of(ValueKind::Real)},
     TypeWord{QLatin1StringView("date"), of(ValueKind::Date)},
     TypeWord{QLatin1StringView("datetime"), of(ValueKind::DateTime)},
-    TypeWord{QLatin1StringView("datetime2"), of(ValueKind::DateTime)},
+    TypeWord{QLatin1StringView("datetime2"), precise(ValueKind::DateTime)},
     TypeWord{QLatin1StringView("smalldatetime"), of(ValueKind::DateTime)},
-    TypeWord{QLatin1StringView("time"), of(ValueKind::Time)},
+    TypeWord{QLatin1StringView("time"), precise(ValueKind::Time)},
     TypeWord{QLatin1StringView("char"), kPadded},
     TypeWord{QLatin1StringView("nchar"), kPadded},
     TypeWord{QLatin1StringView("character"), kPadded},
@@ -75,8 +89,12 @@ SqlType declaredType(QStringView declaration)
     const QStringView size = declaration.sliced(
         paren + 1, std::max<qsizetype>(0, declaration.lastIndexOf(u')') - paren - 1));
     const qsizetype comma = size.indexOf(u',');
-    if (type.kind == ValueKind::Decimal && comma >= 0)
-        type.scale = size.sliced(comma + 1).trimmed().toInt();
+    if (type.kind == ValueKind::Decimal) {
+        type.precision = (comma < 0 ? size : size.first(comma)).trimmed().toInt();
+        type.scale = comma < 0 ? 0 : size.sliced(comma + 1).trimmed().toInt();
+    }
+    if (type.isMoment() && type.scale >= 0)
+        type.scale = std::clamp(size.trimmed().toInt(), 0, 7);
     if (!type.isText())
         return type;
     bool isNumber = false;

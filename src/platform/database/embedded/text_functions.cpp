@@ -1,3 +1,4 @@
+#include "platform/database/embedded/exact_numbers.h"
 #include "platform/database/embedded/function_values.h"
 
 #include <QtCore/QString>
@@ -87,7 +88,8 @@ void substring(const FunctionCall &call)
     const qint64 start = std::clamp<qint64>(call.integer(1), -kLongestText, kLongestText);
     const qint64 length = std::min(call.integer(2), 2 * kLongestText);
     if (length < 0)
-        return call.fail("Invalid length parameter passed to the substring function.");
+        return call.fail(
+            ServerError::kLength, "Invalid length parameter passed to the substring function.");
     const qint64 first = std::max<qint64>(start, 1);
     call.setText(part(call.text(0), first - 1, std::max<qint64>(0, start + length - first)));
 }
@@ -97,7 +99,8 @@ void left(const FunctionCall &call)
     if (call.anyNull())
         return call.setNull();
     if (call.integer(1) < 0)
-        return call.fail("Invalid length parameter passed to the left function.");
+        return call.fail(
+            ServerError::kLength, "Invalid length parameter passed to the left function.");
     call.setText(part(call.text(0), 0, call.integer(1)));
 }
 
@@ -106,7 +109,8 @@ void right(const FunctionCall &call)
     if (call.anyNull())
         return call.setNull();
     if (call.integer(1) < 0)
-        return call.fail("Invalid length parameter passed to the right function.");
+        return call.fail(
+            ServerError::kLength, "Invalid length parameter passed to the right function.");
     const QByteArrayView text = call.text(0);
     const qint64 skipped = std::max<qint64>(0, characters(text) - call.integer(1));
     call.setText(text.sliced(byteOfCharacter(text, skipped)));
@@ -118,7 +122,7 @@ void replicate(const FunctionCall &call)
         return call.setNull();
     const QByteArrayView text = call.text(0);
     if (!text.isEmpty() && call.integer(1) > kLongestText / text.size())
-        return call.fail("The text that REPLICATE would make is too long.");
+        return call.fail(ServerError::kOverflow, "The text that REPLICATE would make is too long.");
     call.setText(text.toByteArray().repeated(call.integer(1)));
 }
 
@@ -144,6 +148,60 @@ void charindex(const FunctionCall &call)
     if (wanted.isEmpty() || found == rest.end())
         return call.setInteger(0);
     call.setInteger(characters(QByteArrayView(text.begin(), found)) + 1);
+}
+
+/// Without regard to case in ASCII, as the server's usual collation finds a text.
+void replace(const FunctionCall &call)
+{
+    if (call.anyNull())
+        return call.setNull();
+    QByteArrayView rest = call.text(0);
+    const QByteArrayView wanted = call.text(1);
+    QByteArray replaced;
+    while (!wanted.isEmpty()) {
+        const auto found = std::search(rest.begin(), rest.end(), wanted.begin(), wanted.end(),
+            [](char a, char b) { return lowered(a) == lowered(b); });
+        if (found == rest.end())
+            break;
+        replaced.append(rest.data(), found - rest.begin()).append(call.text(2));
+        rest = rest.sliced(found - rest.begin() + wanted.size());
+    }
+    call.setText(replaced.append(rest));
+}
+
+/// Replaces `length` characters from `start`, counted from 1; null when there is no such place.
+void stuff(const FunctionCall &call)
+{
+    if (call.isNull(0) || call.isNull(1) || call.isNull(2))
+        return call.setNull();
+    const QByteArrayView text = call.text(0);
+    const qint64 start = call.integer(1);
+    const qint64 length = call.integer(2);
+    if (start < 1 || length < 0 || start > characters(text))
+        return call.setNull();
+    const qsizetype begin = byteOfCharacter(text, start - 1);
+    const QByteArrayView tail = text.sliced(begin);
+    call.setText(
+        QByteArray(text.first(begin) + call.text(3) + tail.sliced(byteOfCharacter(tail, length))));
+}
+
+void reverse(const FunctionCall &call)
+{
+    if (call.isNull(0))
+        return call.setNull();
+    QList<uint> characters = QString::fromUtf8(call.text(0)).toUcs4();
+    std::ranges::reverse(characters);
+    call.setText(
+        QString::fromUcs4(reinterpret_cast<const char32_t *>(characters.data()), characters.size())
+            .toUtf8());
+}
+
+void space(const FunctionCall &call)
+{
+    constexpr qint64 kMost = 8000;
+    if (call.isNull(0) || call.integer(0) < 0)
+        return call.setNull();
+    call.setText(QByteArray(std::min(call.integer(0), kMost), ' '));
 }
 
 /// A number right-aligned in `length` characters with `decimals` digits; asterisks when it is too
@@ -260,6 +318,10 @@ constexpr Function kFunctions[] = {
     {"corvane_concat", -1, concat},
     {"corvane_charindex", 2, charindex},
     {"corvane_charindex", 3, charindex},
+    {"corvane_replace", 3, replace},
+    {"corvane_stuff", 4, stuff},
+    {"corvane_reverse", 1, reverse},
+    {"corvane_space", 1, space},
     {"corvane_str", 1, str},
     {"corvane_str", 2, str},
     {"corvane_str", 3, str},

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/database/embedded/dialect.h"
+#include "platform/database/embedded/expression.h"
 #include "platform/database/embedded/moment.h"
 #include "platform/database/embedded/tokens.h"
 
@@ -8,17 +9,6 @@
 #include <span>
 
 namespace corvane::embedded {
-
-/// A translated expression with what is known of its value.
-struct Expression
-{
-    QString sql;
-    SqlType type;
-    std::optional<QString> literal; ///< the content, when it is a quoted text
-    QString column; ///< the name, when it is a column
-    bool primary = true; ///< needs no parentheses as an operand
-    bool chain = false; ///< an addition that takes further summands
-};
 
 /// A result column of a query; with a table it stands for all columns of that table.
 struct QueryColumn
@@ -36,6 +26,7 @@ struct Source
     QString catalogue;
     QString table;
     std::vector<QueryColumn> columns;
+    bool reading = false; ///< a common table whose own query is being read
 };
 
 struct Query
@@ -66,8 +57,10 @@ private:
 
     // Statements: translator_query.cpp
     void refuseOtherStatements();
-    Query query(Level level);
+    Query query(Level level, const QStringList *ownNames = nullptr);
     QString commonTables();
+    QString commonTable();
+    QString columnNames(QStringList &names);
     Core core(Level level);
     Core queryPart(Level level);
     QString top();
@@ -75,7 +68,7 @@ private:
     QString selectList(Level level, std::vector<QueryColumn> &columns);
     QString selectItem(Level level, std::vector<QueryColumn> &columns);
     QString star(const QString &qualifier, std::vector<QueryColumn> &columns);
-    QString clauses();
+    QString clauses(bool readsItself);
     QString orderBy();
     QString expressionList();
     QString optionalAlias();
@@ -83,12 +76,14 @@ private:
     // FROM: translator_sources.cpp
     QString sources();
     QString joined();
+    QString join(const QString &left);
     QString joinWord();
     QString source();
     QString storedTable();
     QString derivedTable();
     void dropHints();
     void refuseSourceEnd();
+    QString name();
     QStringList nameParts();
     void checkSchema(const QString &schema, qsizetype at);
     SqlType columnType(const QString &qualifier, const QString &column) const;
@@ -102,25 +97,25 @@ private:
     Expression comparison(Expression left);
     Expression between(Expression left, bool negated);
     Expression inList(Expression left, bool negated);
-    Expression like(const Expression &left, bool negated);
-    Expression additive();
-    Expression multiplicative();
-    Expression unary();
+    Expression like(const Expression &subject, bool negated);
     Expression primary();
     Expression parenthesised();
     Expression columnReference();
     Expression caseExpression();
     Expression scalarQuery();
+
+    // Sums and products: translator_arithmetic.cpp
+    Expression additive();
+    Expression multiplicative();
+    Expression unary();
     static Expression joinedBits(const Expression &left, QStringView sign, const Expression &right);
-    static Expression sum(Expression left, const Expression &right);
-    static Expression difference(const Expression &left, const Expression &right);
 
     // Dates in quotes: translator_dates.cpp
     enum class Doubt { KeepText, ReadDate };
     SqlType align(std::span<Expression *const> operands, Doubt doubt) const;
     SqlType align(std::vector<Expression> &operands, Doubt doubt) const;
     void alignLiteral(Expression &operand, const SqlType &common) const;
-    static void alignExpression(Expression &operand, const SqlType &common, Doubt doubt);
+    static void alignExpression(Expression &operand, const SqlType &common);
     QString dateLiteral(const QString &content, ValueKind kind) const;
     QString dateLiteral(const QString &content, ValueKind kind, DateOrder order) const;
     Expression dateArgument();
@@ -137,20 +132,26 @@ private:
     Expression dateDifference();
     Expression datePartOf(const char *function, ValueKind kind);
     Expression fixedPartOf(int part);
-    Expression cast();
-    Expression convert();
-    Expression converted(Expression value, const SqlType &target, const Expression *style);
-    SqlType typeName();
     Expression conditional();
     Expression firstKnown(const Token &name, const char *function, int most);
+    Expression knownOrElse(const Token &name);
+    Expression total(const Token &name);
     Expression average(const Token &name);
     Expression currentMoment() const;
+
+    // Conversions: translator_conversions.cpp
+    Expression cast();
+    Expression convert();
+    SqlType typeName();
+    Expression converted(Expression value, const SqlType &target, const Expression *style);
+    Expression asText(const Expression &value);
 
     TokenReader m_in;
     const DialectSettings &m_settings;
     std::vector<std::vector<Source>> m_scopes;
     std::vector<Source> m_commonTables;
     QStringList m_catalogues;
+    bool m_readsItself = false; ///< a source of this SELECT is the common table around it
     int m_depth = 0;
 };
 

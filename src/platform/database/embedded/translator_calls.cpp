@@ -1,7 +1,6 @@
 #include "platform/database/embedded/translator.h"
 
 #include "platform/database/embedded/date_parts.h"
-#include "platform/database/embedded/moment_styles.h"
 #include "platform/database/error.h"
 
 #include <algorithm>
@@ -13,7 +12,8 @@ namespace {
 
 constexpr int kAnyNumber = 100;
 
-/// What a call gives: a fixed kind, or the type of its first argument.
+/// What a call gives: a fixed kind, or the type of its first argument; its first `texts` arguments
+/// are texts, or become such.
 struct PlainCall
 {
     const char *server;
@@ -21,50 +21,52 @@ struct PlainCall
     int least;
     int most;
     ValueKind kind;
-    bool asFirst = false;
+    int texts = 0;
 };
 
+/// Instead of a kind: that of the first argument.
+constexpr ValueKind kAsFirst = ValueKind::Null;
+
 constexpr std::array kPlainCalls{
-    PlainCall{"abs", "abs", 1, 1, ValueKind::Null, true},
-    PlainCall{"ceiling", "ceiling", 1, 1, ValueKind::Null, true},
+    PlainCall{"abs", "abs", 1, 1, kAsFirst},
+    PlainCall{"ceiling", "ceiling", 1, 1, kAsFirst},
     PlainCall{"char", "char", 1, 1, ValueKind::Text},
-    PlainCall{"charindex", "corvane_charindex", 2, 3, ValueKind::Integer},
-    PlainCall{"concat", "corvane_concat", 2, kAnyNumber, ValueKind::Text},
+    PlainCall{"charindex", "corvane_charindex", 2, 3, ValueKind::Integer, 2},
+    PlainCall{"concat", "corvane_concat", 2, kAnyNumber, ValueKind::Text, kAnyNumber},
     PlainCall{"count", "count", 1, 1, ValueKind::Integer},
     PlainCall{"count_big", "count", 1, 1, ValueKind::Integer},
     PlainCall{"dense_rank", "dense_rank", 0, 0, ValueKind::Integer},
-    PlainCall{"floor", "floor", 1, 1, ValueKind::Null, true},
-    PlainCall{"left", "corvane_left", 2, 2, ValueKind::Text},
-    PlainCall{"len", "corvane_len", 1, 1, ValueKind::Integer},
-    PlainCall{"lower", "corvane_lower", 1, 1, ValueKind::Text},
-    PlainCall{"ltrim", "ltrim", 1, 1, ValueKind::Text},
-    PlainCall{"max", "max", 1, 1, ValueKind::Null, true},
-    PlainCall{"min", "min", 1, 1, ValueKind::Null, true},
+    PlainCall{"exp", "exp", 1, 1, ValueKind::Real},
+    PlainCall{"floor", "floor", 1, 1, kAsFirst},
+    PlainCall{"left", "corvane_left", 2, 2, ValueKind::Text, 1},
+    PlainCall{"len", "corvane_len", 1, 1, ValueKind::Integer, 1},
+    PlainCall{"lower", "corvane_lower", 1, 1, ValueKind::Text, 1},
+    PlainCall{"ltrim", "ltrim", 1, 1, ValueKind::Text, 1},
+    PlainCall{"max", "max", 1, 1, kAsFirst},
+    PlainCall{"min", "min", 1, 1, kAsFirst},
+    PlainCall{"nchar", "char", 1, 1, ValueKind::Text},
     PlainCall{"rank", "rank", 0, 0, ValueKind::Integer},
-    PlainCall{"replace", "replace", 3, 3, ValueKind::Text},
-    PlainCall{"replicate", "corvane_replicate", 2, 2, ValueKind::Text},
-    PlainCall{"right", "corvane_right", 2, 2, ValueKind::Text},
-    PlainCall{"round", "corvane_round", 2, 3, ValueKind::Null, true},
+    PlainCall{"replace", "corvane_replace", 3, 3, ValueKind::Text, 3},
+    PlainCall{"replicate", "corvane_replicate", 2, 2, ValueKind::Text, 1},
+    PlainCall{"reverse", "corvane_reverse", 1, 1, ValueKind::Text, 1},
+    PlainCall{"right", "corvane_right", 2, 2, ValueKind::Text, 1},
+    PlainCall{"round", "corvane_round", 2, 3, kAsFirst},
     PlainCall{"row_number", "row_number", 0, 0, ValueKind::Integer},
-    PlainCall{"rtrim", "rtrim", 1, 1, ValueKind::Text},
+    PlainCall{"rtrim", "rtrim", 1, 1, ValueKind::Text, 1},
+    PlainCall{"sign", "sign", 1, 1, kAsFirst},
+    PlainCall{"space", "corvane_space", 1, 1, ValueKind::Text},
+    PlainCall{"sqrt", "sqrt", 1, 1, ValueKind::Real},
     PlainCall{"str", "corvane_str", 1, 3, ValueKind::Text},
-    PlainCall{"substring", "corvane_substring", 3, 3, ValueKind::Text},
-    PlainCall{"sum", "sum", 1, 1, ValueKind::Null, true},
-    PlainCall{"upper", "corvane_upper", 1, 1, ValueKind::Text},
+    PlainCall{"stuff", "corvane_stuff", 4, 4, ValueKind::Text, 1},
+    PlainCall{"substring", "corvane_substring", 3, 3, ValueKind::Text, 1},
+    PlainCall{"trim", "trim", 1, 1, ValueKind::Text, 1},
+    PlainCall{"unicode", "unicode", 1, 1, ValueKind::Integer, 1},
+    PlainCall{"upper", "corvane_upper", 1, 1, ValueKind::Text, 1},
 };
-
-/// Functions of the server whose names mean something else to SQLite.
-constexpr std::array kRefusedCalls{
-    "format", "log", "parse", "string_agg", "try_cast", "try_convert"};
 
 bool isNamed(const Token &token, const char *name)
 {
     return token.isWord(QLatin1StringView(name));
-}
-
-Expression result(QString sql, SqlType type = {})
-{
-    return {std::move(sql), type, {}, {}, true, false};
 }
 
 } // namespace
@@ -83,9 +85,6 @@ bool Translator::atCall() const
 Expression Translator::call()
 {
     const Token name = m_in.take();
-    for (const char *refused : kRefusedCalls)
-        if (isNamed(name, refused))
-            m_in.refuse(u"the function " % name.text.toString().toUpper(), name.at);
     if (isNamed(name, "current_timestamp"))
         return currentMoment();
     m_in.expectSymbol("(");
@@ -122,34 +121,33 @@ Expression Translator::specialCall(const Token &name, bool &found)
     if (isNamed(name, "iif"))
         return conditional();
     if (isNamed(name, "isnull"))
-        return firstKnown(name, "coalesce(", 2);
+        return knownOrElse(name);
     if (isNamed(name, "coalesce"))
         return firstKnown(name, "coalesce(", kAnyNumber);
     if (isNamed(name, "nullif"))
         return firstKnown(name, "nullif(", 2);
+    if (isNamed(name, "sum"))
+        return total(name);
     if (isNamed(name, "avg"))
         return average(name);
     found = false;
     return {};
 }
 
-/// A call that only needs SQLite's name for it; an unknown one is left for SQLite to find or
-/// refuse.
+/// A call that only needs SQLite's name for it.
 Expression Translator::plainCall(const Token &name)
 {
     const auto known = std::ranges::find_if(
         kPlainCalls, [&](const PlainCall &c) { return isNamed(name, c.server); });
-    const bool isKnown = known != kPlainCalls.end();
-    const std::vector<Expression> all
-        = arguments(name, isKnown ? known->least : 0, isKnown ? known->most : kAnyNumber);
+    if (known == kPlainCalls.end())
+        m_in.refuse(u"the function " % name.text.toString().toUpper(), name.at);
+    const std::vector<Expression> all = arguments(name, known->least, known->most);
     QStringList texts;
     for (const Expression &argument : all)
-        texts += argument.sql;
-    const QString sqlite = isKnown ? QString::fromLatin1(known->sqlite) : quotedName(name.text);
-    SqlType type;
-    if (isKnown)
-        type = known->asFirst ? all[0].type : SqlType{known->kind};
-    return result(sqlite % u'(' % texts.join(u", ") % u')' % window(), type);
+        texts += texts.size() < known->texts ? asText(argument).sql : argument.sql;
+    return primaryOf(
+        QString::fromLatin1(known->sqlite) % u'(' % texts.join(u", ") % u')' % window(),
+        known->kind == kAsFirst && !all.empty() ? all[0].type : SqlType{known->kind});
 }
 
 /// Up to and with the closing parenthesis; "*" and DISTINCT stand as SQLite writes them too.
@@ -157,7 +155,7 @@ std::vector<Expression> Translator::arguments(const Token &name, int least, int 
 {
     std::vector<Expression> all;
     if (m_in.takeSymbol("*")) {
-        all.push_back(result(QStringLiteral("*")));
+        all.push_back(primaryOf(QStringLiteral("*")));
     } else if (!m_in.atSymbol(")")) {
         const QString distinct
             = m_in.takeWord("distinct") ? QStringLiteral("DISTINCT ") : QString();
@@ -217,9 +215,10 @@ Expression Translator::dateAdd()
     const Expression moment = dateArgument();
     m_in.expectSymbol(")");
     const bool isDate = moment.type.kind == ValueKind::Date && !isPartOfDay(DatePart(part));
-    return result(
+    return primaryOf(
         u"corvane_dateadd(" % QString::number(part) % u", " % count % u", " % moment.sql % u')',
-        {isDate ? ValueKind::Date : ValueKind::DateTime});
+        isDate || moment.type.kind == ValueKind::DateTime ? moment.type
+                                                          : SqlType{ValueKind::DateTime});
 }
 
 Expression Translator::dateDifference()
@@ -229,7 +228,7 @@ Expression Translator::dateDifference()
     m_in.expectSymbol(",");
     const Expression to = dateArgument();
     m_in.expectSymbol(")");
-    return result(
+    return primaryOf(
         u"corvane_datediff(" % QString::number(part) % u", " % from.sql % u", " % to.sql % u')',
         {ValueKind::Integer});
 }
@@ -239,7 +238,7 @@ Expression Translator::datePartOf(const char *function, ValueKind kind)
     const int part = datePart();
     const Expression moment = dateArgument();
     m_in.expectSymbol(")");
-    return result(
+    return primaryOf(
         QString::fromLatin1(function) % u'(' % QString::number(part) % u", " % moment.sql % u')',
         {kind});
 }
@@ -248,83 +247,8 @@ Expression Translator::fixedPartOf(int part)
 {
     const Expression moment = dateArgument();
     m_in.expectSymbol(")");
-    return result(u"corvane_datepart(" % QString::number(part) % u", " % moment.sql % u')',
+    return primaryOf(u"corvane_datepart(" % QString::number(part) % u", " % moment.sql % u')',
         {ValueKind::Integer});
-}
-
-Expression Translator::cast()
-{
-    const Expression value = additive();
-    m_in.expectWord("as");
-    const SqlType target = typeName();
-    m_in.expectSymbol(")");
-    return converted(value, target, nullptr);
-}
-
-Expression Translator::convert()
-{
-    const SqlType target = typeName();
-    m_in.expectSymbol(",");
-    const Expression value = additive();
-    Expression style;
-    const bool styled = m_in.takeSymbol(",");
-    if (styled)
-        style = additive();
-    m_in.expectSymbol(")");
-    return converted(value, target, styled ? &style : nullptr);
-}
-
-SqlType Translator::typeName()
-{
-    const Token name = m_in.take();
-    QString text = unquoted(name);
-    if (m_in.takeSymbol("(")) {
-        text += u'(';
-        while (!m_in.atSymbol(")") && m_in.peek().kind != Token::Kind::End)
-            text += m_in.take().text;
-        m_in.expectSymbol(")");
-        text += u')';
-    }
-    const SqlType type = declaredType(text);
-    if (!type.known())
-        m_in.refuse(u"the type " % text, name.at);
-    return type;
-}
-
-Expression Translator::converted(Expression value, const SqlType &target, const Expression *style)
-{
-    const QString styleText = style ? style->sql : QStringLiteral("NULL");
-    if (target.isMoment() && value.literal)
-        value.sql = dateLiteral(*value.literal, target.kind,
-            orderOfStyle(styleText.toInt(), DateOrder(m_settings.dateOrder)));
-    const QString from = QString::number(int(value.type.kind));
-    constexpr int kDefaultLength = 30;
-    switch (target.kind) {
-    case ValueKind::Text: {
-        const int length
-            = target.length < 0 ? (target.unlimited ? -1 : kDefaultLength) : target.length;
-        return result(u"corvane_to_text(" % value.sql % u", " % from % u", " % styleText % u", "
-                % QString::number(value.type.scale) % u", " % QString::number(length) % u", "
-                % QString::number(int(target.padded)) % u')',
-            {ValueKind::Text});
-    }
-    case ValueKind::Integer:
-        return result(u"corvane_to_integer(" % value.sql % u')', target);
-    case ValueKind::Boolean:
-        return result(u"corvane_to_bit(" % value.sql % u')', target);
-    case ValueKind::Real:
-        return result(u"corvane_to_real(" % value.sql % u')', target);
-    case ValueKind::Decimal:
-        return result(
-            u"corvane_to_decimal(" % value.sql % u", " % QString::number(target.scale) % u')',
-            target);
-    case ValueKind::Bytes:
-        return result(u"CAST(" % value.sql % u" AS BLOB)", target);
-    default:
-        return result(u"corvane_to_moment(" % value.sql % u", " % QString::number(int(target.kind))
-                % u", " % styleText % u')',
-            target);
-    }
 }
 
 Expression Translator::conditional()
@@ -336,11 +260,34 @@ Expression Translator::conditional()
     branches.push_back(additive());
     m_in.expectSymbol(")");
     const SqlType type = align(branches, Doubt::KeepText);
-    return result(
+    return primaryOf(
         u"iif(" % test.sql % u", " % branches[0].sql % u", " % branches[1].sql % u')', type);
 }
 
-/// ISNULL, COALESCE and NULLIF: the arguments stand for each other.
+/// ISNULL gives the type of its first argument, down to the length of a text.
+Expression Translator::knownOrElse(const Token &name)
+{
+    std::vector<Expression> all = arguments(name, 2, 2);
+    const SqlType type = all[0].type;
+    Expression &other = all[1];
+    if (type.isNumber() && other.type.isText()) {
+        other = asNumber(other, type);
+    } else if (type.isNumber() && other.type.isNumber()) {
+        if (other.type.kind != type.kind)
+            other = asNumber(other, type);
+    } else if (type.isText() && other.type.known() && !other.type.isText()) {
+        other = asText(other);
+    } else {
+        align(all, Doubt::KeepText);
+    }
+    const bool fits = other.literal && other.literal->size() <= type.length;
+    if (type.isText() && type.length > 0 && !fits)
+        other.sql = u"corvane_left(" % other.sql % u", " % QString::number(type.length) % u')';
+    return primaryOf(u"coalesce(" % all[0].sql % u", " % other.sql % u')',
+        type.known() || all[0].sql != u"NULL" ? type : other.type);
+}
+
+/// COALESCE and NULLIF: the arguments stand for each other.
 Expression Translator::firstKnown(const Token &name, const char *function, int most)
 {
     std::vector<Expression> all = arguments(name, 2, most);
@@ -348,24 +295,38 @@ Expression Translator::firstKnown(const Token &name, const char *function, int m
     QStringList texts;
     for (const Expression &argument : all)
         texts += argument.sql;
-    return result(QString::fromLatin1(function) % texts.join(u", ") % u')', type);
+    return primaryOf(QString::fromLatin1(function) % texts.join(u", ") % u')', type);
 }
 
-/// The server's average of whole numbers is a whole number.
+/// SQLite's own sum of numbers with a point would lose cents over many rows.
+Expression Translator::total(const Token &name)
+{
+    const std::vector<Expression> all = arguments(name, 1, 1);
+    const SqlType type = all[0].type;
+    const bool fraction = type.kind == ValueKind::Decimal || type.kind == ValueKind::Real;
+    return primaryOf(
+        (fraction ? u"corvane_sum(" : u"sum(") % all[0].sql % u')' % window(), totalType(type));
+}
+
+/// The server's average of whole numbers is a whole number, that of exact ones has six digits.
 Expression Translator::average(const Token &name)
 {
     const std::vector<Expression> all = arguments(name, 1, 1);
-    const QString call = u"avg(" % all[0].sql % u')' % window();
-    if (all[0].type.kind == ValueKind::Integer)
-        return result(u"CAST(" % call % u" AS INTEGER)", {ValueKind::Integer});
-    return result(call, {ValueKind::Real});
+    const QString call = u"corvane_avg(" % all[0].sql % u')' % window();
+    const SqlType type = averageType(all[0].type);
+    if (type.kind == ValueKind::Integer)
+        return primaryOf(u"CAST(" % call % u" AS INTEGER)", type);
+    if (type.kind == ValueKind::Decimal)
+        return primaryOf(
+            u"corvane_quotient(" % call % u", 1, " % QString::number(type.scale) % u')', type);
+    return primaryOf(call, {.kind = ValueKind::Real});
 }
 
 Expression Translator::currentMoment() const
 {
     const qint64 day = m_settings.now.date().toJulianDay() - QDate(1970, 1, 1).toJulianDay();
     const Moment now{day * kMsPerDay + m_settings.now.time().msecsSinceStartOfDay()};
-    return result(quotedText(QString::fromLatin1(momentText(now))), {ValueKind::DateTime});
+    return primaryOf(quotedText(QString::fromLatin1(momentText(now))), {ValueKind::DateTime});
 }
 
 } // namespace corvane::embedded

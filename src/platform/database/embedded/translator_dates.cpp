@@ -2,6 +2,9 @@
 
 #include "platform/database/error.h"
 
+#include <algorithm>
+#include <array>
+
 namespace corvane::embedded {
 
 namespace {
@@ -13,10 +16,27 @@ namespace {
             "Conversion failed when converting date and/or time from character string."));
 }
 
+/// The server's order of types: of two that meet, the later one here is what both become.
+int rank(const SqlType &type)
+{
+    constexpr std::array kOrder{ValueKind::Null, ValueKind::Bytes, ValueKind::Text,
+        ValueKind::Boolean, ValueKind::Integer, ValueKind::Decimal, ValueKind::Real,
+        ValueKind::Time, ValueKind::Date, ValueKind::DateTime};
+    return int(std::ranges::find(kOrder, type.kind) - kOrder.begin());
+}
+
+SqlType higher(const SqlType &left, const SqlType &right)
+{
+    const bool exact = left.kind == ValueKind::Decimal && right.isNumber();
+    if (rank(left) == rank(right) || (exact && rank(right) < rank(left)))
+        return exact ? sumType(left, right) : left;
+    return rank(left) > rank(right) ? left : right;
+}
+
 } // namespace
 
-/// Operands that meet in a comparison or stand for each other take the type of the first that is
-/// known, dates before all others; quoted texts follow it. Beside something unknown a text stays as
+/// Operands that meet in a comparison or stand for each other take the type that ranks highest, as
+/// on the server: dates, then numbers, then texts. Beside something unknown a quoted text stays as
 /// it is, or becomes a date when it is clearly one. The type is that of all operands together.
 SqlType Translator::align(std::span<Expression *const> operands, Doubt doubt) const
 {
@@ -24,18 +44,15 @@ SqlType Translator::align(std::span<Expression *const> operands, Doubt doubt) co
     bool unknown = false;
     bool literals = false;
     for (const Expression *operand : operands) {
-        if (operand->literal) {
-            literals = true;
+        literals = literals || operand->literal;
+        if (operand->literal)
             continue;
-        }
         unknown = unknown || (!operand->type.known() && operand->sql != u"NULL");
-        if (operand->type.known()
-            && (!common.known() || (operand->type.isMoment() && !common.isMoment())))
-            common = operand->type;
+        common = higher(common, operand->type);
     }
     for (Expression *operand : operands) {
         if (!operand->literal) {
-            alignExpression(*operand, common, doubt);
+            alignExpression(*operand, common);
             continue;
         }
         alignLiteral(*operand, common);
@@ -57,33 +74,23 @@ SqlType Translator::align(std::vector<Expression> &operands, Doubt doubt) const
     return align(std::span<Expression *const>(pointers), doubt);
 }
 
-/// A computed text or number beside a date is read as one while the query runs. A number beside a
-/// text column is compared as a number, which SQLite does only for a number of declared kind.
-void Translator::alignExpression(Expression &operand, const SqlType &common, Doubt doubt)
+/// A computed text or number beside a date is read as one while the query runs, a text beside a
+/// number likewise.
+void Translator::alignExpression(Expression &operand, const SqlType &common)
 {
     if (common.isMoment() && (operand.type.isText() || operand.type.isNumber()))
         operand.sql = u"corvane_to_moment(" % operand.sql % u", "
             % QString::number(int(common.kind)) % u", NULL)";
-    else if (common.isText() && operand.type.isNumber() && operand.column.isEmpty()
-        && doubt == Doubt::ReadDate)
-        operand.sql = u"CAST(" % operand.sql % u" AS NUMERIC)";
+    else if (common.isNumber() && operand.type.isText())
+        operand = asNumber(operand, common);
 }
 
 void Translator::alignLiteral(Expression &operand, const SqlType &common) const
 {
-    if (common.isMoment()) {
+    if (common.isMoment())
         operand.sql = dateLiteral(*operand.literal, common.kind);
-    } else if (common.isNumber()) {
-        bool isNumber = false;
-        const QString content = operand.literal->trimmed();
-        content.toDouble(&isNumber);
-        if (isNumber)
-            operand.sql = content;
-        else if (content.isEmpty() || content.compare(u"false", Qt::CaseInsensitive) == 0)
-            operand.sql = QStringLiteral("0");
-        else if (content.compare(u"true", Qt::CaseInsensitive) == 0)
-            operand.sql = QStringLiteral("1");
-    }
+    else if (common.isNumber())
+        operand.sql = asNumber(operand, common).sql;
 }
 
 QString Translator::dateLiteral(const QString &content, ValueKind kind) const

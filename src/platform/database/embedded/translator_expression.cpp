@@ -24,77 +24,20 @@ constexpr std::array kComparisons{
     Comparison{"!>", QLatin1StringView(" <= ")},
 };
 
-QString operand(const Expression &e)
-{
-    return e.primary ? e.sql : u'(' % e.sql % u')';
-}
-
-Expression compound(QString sql, SqlType type = {})
-{
-    return {std::move(sql), type, {}, {}, false, false};
-}
-
-Expression primaryOf(QString sql, SqlType type = {})
-{
-    return {std::move(sql), type, {}, {}, true, false};
-}
-
-bool isFraction(const SqlType &type)
-{
-    return type.kind == ValueKind::Decimal || type.kind == ValueKind::Real;
-}
-
-/// SQLite refuses a chain of a thousand conditions, which a long selection makes: halves in
-/// parentheses keep its tree flat.
-QString balanced(const QStringList &parts, QStringView word)
-{
-    constexpr qsizetype kMostInARow = 100;
-    if (parts.size() <= kMostInARow)
-        return parts.join(word);
-    const qsizetype half = parts.size() / 2;
-    return u'(' % balanced(parts.first(half), word) % u')' % word % u'('
-        % balanced(parts.sliced(half), word) % u')';
-}
-
-/// A quoted text that is no number makes every "+" beside it a joining of texts.
-bool surelyJoins(const Expression &e)
-{
-    bool number = false;
-    if (e.literal)
-        e.literal->trimmed().toDouble(&number);
-    return e.literal && !number && !e.literal->trimmed().isEmpty();
-}
-
-SqlType arithmeticType(const SqlType &left, const SqlType &right)
-{
-    if (!left.isNumber() || !right.isNumber())
-        return {};
-    if (left.kind == ValueKind::Real || right.kind == ValueKind::Real)
-        return {ValueKind::Real};
-    if (isFraction(left) || isFraction(right))
-        return {ValueKind::Decimal, std::max(left.scale, right.scale)};
-    return {ValueKind::Integer};
-}
-
 SqlType numberType(QStringView digits)
 {
+    constexpr qsizetype kMostWhole = 18;
     if (digits.contains(u'e', Qt::CaseInsensitive))
-        return {ValueKind::Real};
+        return {.kind = ValueKind::Real};
+    while (digits.startsWith(u'0'))
+        digits = digits.sliced(1);
     const qsizetype point = digits.indexOf(u'.');
-    return point < 0 ? SqlType{ValueKind::Integer}
-                     : SqlType{ValueKind::Decimal, int(digits.size() - point - 1)};
-}
-
-/// SQLite's two collations for the server's names, which say "_CI" or "_CS" and the like.
-QString collation(const TokenReader &in, const QString &name)
-{
-    if (name.contains(u"_CI", Qt::CaseInsensitive)
-        || name.compare(u"nocase", Qt::CaseInsensitive) == 0)
-        return QStringLiteral("NOCASE");
-    if (name.contains(u"_CS", Qt::CaseInsensitive) || name.contains(u"_BIN", Qt::CaseInsensitive)
-        || name.compare(u"binary", Qt::CaseInsensitive) == 0)
-        return QStringLiteral("BINARY");
-    in.refuse(u"the collation " % name);
+    if (point < 0 && digits.size() <= kMostWhole)
+        return {.kind = ValueKind::Integer, .precision = std::max(int(digits.size()), 1)};
+    const qsizetype scale = point < 0 ? 0 : digits.size() - point - 1;
+    return {.kind = ValueKind::Decimal,
+        .scale = int(scale),
+        .precision = int(std::max<qsizetype>(digits.size() - (point < 0 ? 0 : 1), 1))};
 }
 
 } // namespace
@@ -200,8 +143,9 @@ Expression Translator::inList(Expression left, bool negated)
 }
 
 /// SQLite's own LIKE is used where it means the same: for a quoted pattern without a [set].
-Expression Translator::like(const Expression &left, bool negated)
+Expression Translator::like(const Expression &subject, bool negated)
 {
+    const Expression left = asText(subject);
     const Expression pattern = additive();
     const QString escape = m_in.takeWord("escape") ? additive().sql : QString();
     const QString word = negated ? QStringLiteral("NOT ") : QString();
@@ -213,100 +157,13 @@ Expression Translator::like(const Expression &left, bool negated)
         % (escape.isEmpty() ? QStringLiteral("NULL") : escape) % u')');
 }
 
-Expression Translator::additive()
-{
-    Expression left = multiplicative();
-    for (;;) {
-        if (m_in.takeSymbol("+"))
-            left = sum(std::move(left), multiplicative());
-        else if (m_in.takeSymbol("-"))
-            left = difference(left, multiplicative());
-        else if (m_in.takeSymbol("||"))
-            left = compound(operand(left) % u" || " % operand(multiplicative()), {ValueKind::Text});
-        else if (m_in.takeSymbol("&"))
-            left = joinedBits(left, u" & ", multiplicative());
-        else if (m_in.takeSymbol("|"))
-            left = joinedBits(left, u" | ", multiplicative());
-        else
-            return left;
-    }
-}
-
-/// The server gives bits the rank of "+", SQLite does not: hence the parentheses.
-Expression Translator::joinedBits(const Expression &left, QStringView sign, const Expression &right)
-{
-    return primaryOf(u'(' % operand(left) % sign % operand(right) % u')', {ValueKind::Integer});
-}
-
-/// Numbers add and texts join at once where the types are known; else the running query decides.
-Expression Translator::sum(Expression left, const Expression &right)
-{
-    if (left.type.isNumber() && right.type.isNumber())
-        return compound(left.sql % u" + " % right.sql, arithmeticType(left.type, right.type));
-    const bool numbers = left.type.isNumber() || right.type.isNumber();
-    const bool moments = left.type.isMoment() || right.type.isMoment();
-    const bool texts = left.type.isText() && right.type.isText();
-    if (texts || (!numbers && !moments && (surelyJoins(left) || surelyJoins(right))))
-        return compound(operand(left) % u" || " % operand(right), {ValueKind::Text});
-    SqlType type = left.type.isMoment() ? left.type : SqlType();
-    if (right.type.isMoment())
-        type = right.type;
-    QString sql = std::move(left.sql);
-    if (left.chain)
-        sql.chop(1);
-    else
-        sql.prepend(u"corvane_add(");
-    return {sql % u", " % right.sql % u')', type, {}, {}, true, true};
-}
-
-Expression Translator::difference(const Expression &left, const Expression &right)
-{
-    if (left.type.isNumber() && right.type.isNumber())
-        return compound(left.sql % u" - " % right.sql, arithmeticType(left.type, right.type));
-    const SqlType type = left.type.isMoment() ? left.type : SqlType();
-    return primaryOf(u"corvane_subtract(" % left.sql % u", " % right.sql % u')', type);
-}
-
-Expression Translator::multiplicative()
-{
-    Expression left = unary();
-    for (;;) {
-        const Token sign = m_in.peek();
-        if (!m_in.takeSymbol("*") && !m_in.takeSymbol("/") && !m_in.takeSymbol("%"))
-            return left;
-        const Expression right = unary();
-        const bool divides = sign.text == u"/";
-        const SqlType type = arithmeticType(left.type, right.type);
-        // A decimal that happens to be whole is stored as an integer and would divide like one.
-        const bool real = divides && (isFraction(left.type) || isFraction(right.type));
-        left = compound(operand(left) % u' ' % (real ? u"* 1.0 / " : u"")
-                % (real ? QStringView() : sign.text) % u' ' % operand(right),
-            real ? SqlType{ValueKind::Real} : type);
-    }
-}
-
-Expression Translator::unary()
-{
-    if (m_in.takeSymbol("-")) {
-        const Nesting nesting(*this);
-        const Expression value = unary();
-        return compound(u"- " % operand(value), value.type);
-    }
-    while (m_in.takeSymbol("+")) { }
-    Expression value = primary();
-    while (m_in.takeWord("collate"))
-        value = compound(
-            operand(value) % u" COLLATE " % collation(m_in, unquoted(m_in.take())), value.type);
-    return value;
-}
-
 Expression Translator::primary()
 {
     const Nesting nesting(*this);
     const Token token = m_in.peek();
     switch (token.kind) {
     case Token::Kind::Text:
-        return {token.text.toString(), {ValueKind::Text}, unquoted(m_in.take()), {}, true, false};
+        return {token.text.toString(), {ValueKind::Text}, unquoted(m_in.take()), {}, true};
     case Token::Kind::Number:
         m_in.take();
         return primaryOf(token.text.toString(), numberType(token.text));
@@ -341,7 +198,7 @@ Expression Translator::parenthesised()
     m_in.expectSymbol("(");
     const Expression inner = condition();
     m_in.expectSymbol(")");
-    return {u'(' % inner.sql % u')', inner.type, inner.literal, {}, true, false};
+    return {u'(' % inner.sql % u')', inner.type, inner.literal, {}, true};
 }
 
 Expression Translator::scalarQuery()
@@ -373,7 +230,7 @@ Expression Translator::columnReference()
         m_catalogues += parts[0];
     }
     const QString qualifier = count > 1 ? parts[count - 2] : QString();
-    return {sql, columnType(qualifier, parts.last()), {}, parts.last(), true, false};
+    return {sql, columnType(qualifier, parts.last()), {}, parts.last(), true};
 }
 
 Expression Translator::caseExpression()

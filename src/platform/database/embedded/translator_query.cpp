@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace corvane::embedded {
 
@@ -31,6 +32,13 @@ bool isOneOf(const Token &token, auto &words)
     });
 }
 
+std::vector<QueryColumn> renamed(std::vector<QueryColumn> columns, const QStringList &names)
+{
+    for (size_t i = 0; i < std::min(columns.size(), size_t(names.size())); ++i)
+        columns[i].name = names[qsizetype(i)];
+    return columns;
+}
+
 } // namespace
 
 bool isReserved(const Token &token)
@@ -55,11 +63,16 @@ Translator::Translator(QStringView sql, const DialectSettings &settings)
 
 Translation Translator::run()
 {
+    m_in.takeSymbol(";"); // people put one before WITH
+    if (m_in.peek().kind == Token::Kind::End)
+        throw DatabaseError(kStatementError, QStringLiteral("The query holds no statement."));
     refuseOtherStatements();
     const Query whole = query(Level::Outermost);
     m_in.takeSymbol(";");
     if (m_in.peek().kind != Token::Kind::End) {
         refuseOtherStatements();
+        if (m_in.atWord("select") || m_in.atWord("with"))
+            m_in.refuse(QStringLiteral("several statements in one query"));
         m_in.refuseToken();
     }
     Translation result;
@@ -73,21 +86,21 @@ Translation Translator::run()
 void Translator::refuseOtherStatements()
 {
     const Token &token = m_in.peek();
-    if (token.kind == Token::Kind::End && m_in.position() == 0)
-        throw DatabaseError(kStatementError, QStringLiteral("The query holds no statement."));
     if (isOneOf(token, kOtherStatements))
         m_in.refuse(token.text.toString().toUpper());
-    if (m_in.position() > 0 && (m_in.atWord("select") || m_in.atWord("with")))
-        m_in.refuse(QStringLiteral("several statements in one query"));
 }
 
-Query Translator::query(Level level)
+/// `ownNames` are the columns of the common table that this query is, which it may read itself from
+/// its second part on.
+Query Translator::query(Level level, const QStringList *ownNames)
 {
     const Nesting nesting(*this);
     const size_t commonTablesBefore = m_commonTables.size();
     const QString with = commonTables();
     m_scopes.emplace_back();
     Core first = queryPart(level);
+    if (ownNames)
+        m_commonTables[commonTablesBefore - 1].columns = renamed(first.columns, *ownNames);
     QString sql = first.sql;
     QString limit = first.top;
     while (m_in.atWord("union") || m_in.atWord("except") || m_in.atWord("intersect")) {
@@ -116,32 +129,41 @@ QString Translator::commonTables()
     if (!m_in.takeWord("with"))
         return {};
     QStringList parts;
-    do {
-        Source table;
-        table.name = unquoted(m_in.take());
-        QString head = quotedName(table.name);
-        QStringList names;
-        if (m_in.takeSymbol("(")) {
-            do
-                names += unquoted(m_in.take());
-            while (m_in.takeSymbol(","));
-            m_in.expectSymbol(")");
-        }
-        m_in.expectWord("as");
-        m_in.expectSymbol("(");
-        Query body = query(Level::Inner);
-        m_in.expectSymbol(")");
-        for (qsizetype i = 0; i < names.size(); ++i) {
-            head += (i == 0 ? u"(" : u", ") % quotedName(names[i])
-                % (i + 1 == names.size() ? u")" : u"");
-            if (size_t(i) < body.columns.size())
-                body.columns[size_t(i)].name = names[i];
-        }
-        table.columns = std::move(body.columns);
-        parts += head % u" AS (" % body.sql % u')';
-        m_commonTables.push_back(std::move(table));
-    } while (m_in.takeSymbol(","));
+    do
+        parts += commonTable();
+    while (m_in.takeSymbol(","));
     return u"WITH " % parts.join(u", ") % u' ';
+}
+
+QString Translator::commonTable()
+{
+    Source table;
+    table.name = name();
+    table.reading = true;
+    m_commonTables.push_back(table);
+    QStringList names;
+    const QString head = quotedName(table.name) % columnNames(names);
+    m_in.expectWord("as");
+    m_in.expectSymbol("(");
+    Query body = query(Level::Inner, &names);
+    m_in.expectSymbol(")");
+    m_commonTables.back().columns = renamed(std::move(body.columns), names);
+    m_commonTables.back().reading = false;
+    return head % u" AS (" % body.sql % u')';
+}
+
+/// "(a, b)", or nothing.
+QString Translator::columnNames(QStringList &names)
+{
+    if (!m_in.takeSymbol("("))
+        return {};
+    QStringList quoted;
+    do {
+        names += name();
+        quoted += quotedName(names.last());
+    } while (m_in.takeSymbol(","));
+    m_in.expectSymbol(")");
+    return u'(' % quoted.join(u", ") % u')';
 }
 
 /// A SELECT, or a whole query in parentheses, which SQLite does not take as a part of a UNION.
@@ -169,9 +191,12 @@ Translator::Core Translator::core(Level level)
     const qsizetype from = fromOfThisCore();
     QString sourceText;
     qsizetype afterSources = from;
+    bool readsItself = false;
     if (from >= 0) {
         m_in.seek(from + 1);
+        m_readsItself = false;
         sourceText = u" FROM " % sources();
+        readsItself = std::exchange(m_readsItself, false);
         afterSources = m_in.position();
         m_in.seek(list);
     }
@@ -183,7 +208,7 @@ Translator::Core Translator::core(Level level)
             m_in.refuseToken();
         m_in.seek(afterSources);
     }
-    result.sql = head + sourceText + clauses();
+    result.sql = head + sourceText + clauses(readsItself);
     return result;
 }
 
@@ -283,11 +308,15 @@ QString Translator::star(const QString &qualifier, std::vector<QueryColumn> &col
     return qualifier.isEmpty() ? QStringLiteral("*") : quotedName(qualifier) + u".*";
 }
 
-QString Translator::clauses()
+/// A common table that reads itself counts its rows, since it may have no end.
+QString Translator::clauses(bool readsItself)
 {
     QString sql;
     if (m_in.takeWord("where"))
-        sql += u" WHERE " % condition().sql;
+        sql += (readsItself ? u" WHERE corvane_recursion() AND (" : u" WHERE (") % condition().sql
+            % u')';
+    else if (readsItself)
+        sql += u" WHERE corvane_recursion()";
     if (m_in.takeWord("group")) {
         m_in.expectWord("by");
         sql += u" GROUP BY " % expressionList();

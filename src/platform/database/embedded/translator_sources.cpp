@@ -34,16 +34,29 @@ QString Translator::sources()
 QString Translator::joined()
 {
     QString sql = source();
-    for (;;) {
-        const QString join = joinWord();
-        if (join.isEmpty())
-            return sql;
-        sql += join % source();
-        if (join == u" CROSS JOIN ")
-            continue;
-        m_in.expectWord("on");
-        sql += u" ON " % condition().sql;
+    for (QString next = join(sql); !next.isEmpty(); next = join(sql))
+        sql = next;
+    return sql;
+}
+
+/// One join behind `left`; empty when the sources end here. "a JOIN b JOIN c ON ... ON ..." joins
+/// the latter two first, for which SQLite wants parentheses.
+QString Translator::join(const QString &left)
+{
+    const QString word = joinWord();
+    if (word.isEmpty())
+        return {};
+    const Nesting nesting(*this);
+    QString right = source();
+    if (word == u" CROSS JOIN ")
+        return left % word % right;
+    while (!m_in.takeWord("on")) {
+        const QString inner = join(right);
+        if (inner.isEmpty())
+            m_in.refuseToken();
+        right = u'(' % inner % u')';
     }
+    return left % word % right % u" ON " % condition().sql;
 }
 
 /// " LEFT JOIN " and its like; empty when the sources end here.
@@ -109,6 +122,7 @@ QString Translator::storedTable()
         [&](const Source &c) { return parts.size() == 1 && same(c.name, table.table); });
     if (common != m_commonTables.end()) {
         table.columns = common->columns;
+        m_readsItself = m_readsItself || common->reading;
         table.table.clear();
     }
     m_scopes.back().push_back(std::move(table));
@@ -152,6 +166,14 @@ void Translator::refuseSourceEnd()
             m_in.refuse(QString::fromLatin1(word).toUpper());
 }
 
+QString Translator::name()
+{
+    const Token &token = m_in.peek();
+    if (token.kind != Token::Kind::Name && (token.kind != Token::Kind::Word || isReserved(token)))
+        m_in.refuseToken();
+    return unquoted(m_in.take());
+}
+
 /// The parts of "a.b.c"; a part left out, as in "a..c", is empty.
 QStringList Translator::nameParts()
 {
@@ -162,10 +184,7 @@ QStringList Translator::nameParts()
             parts += QString();
             continue;
         }
-        if (token.kind != Token::Kind::Name
-            && (token.kind != Token::Kind::Word || isReserved(token)))
-            m_in.refuseToken();
-        parts += unquoted(m_in.take());
+        parts += name();
     } while (m_in.takeSymbol("."));
     return parts;
 }
