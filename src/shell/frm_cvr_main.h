@@ -11,6 +11,7 @@
 
 class QAction;
 class QLabel;
+class QSettings;
 class QSplitter;
 
 namespace corvane {
@@ -20,7 +21,7 @@ class Desktop;
 class FloodPanel;
 class InputGate;
 class Preview;
-class PreviewBar;
+class PreviewPane;
 class ReportListView;
 class RibbonButton;
 class SingleInstance;
@@ -38,6 +39,9 @@ public:
 
     /// The start-up sequence; false when the program is to end.
     bool Form_Load(const SingleInstance &instance);
+
+    /// Takes the preview's view settings from a store, which must outlive the window, and keeps them there.
+    void keepViewSettings(QSettings &store);
 
     // What a run does to its surroundings.
     MessageAnswer message(const QString &text, int flags, const QString &title) override;
@@ -84,6 +88,7 @@ private:
     template <typename Call>
     void withInput(Call call);
     void showDocument();
+    void openAddress(const QUrl &address);
 
     Reportr &m_state;
     Desktop &m_desktop;
@@ -98,7 +103,7 @@ private:
     DateField *DateTo = nullptr;
     QSplitter *SSSplitter1 = nullptr;
     ReportListView *File1 = nullptr;
-    PreviewBar *m_previewBar = nullptr;
+    PreviewPane *m_previewPane = nullptr;
     Preview *vp = nullptr;
     FloodPanel *pnlprogress = nullptr;
     QLabel *m_summary = nullptr;
