@@ -49,8 +49,7 @@ private Q_SLOTS:
 namespace {
 
 /// A preview with its bar in a window of its own.
-struct Window
-{
+struct Window {
     QWidget widget;
     Preview *preview = new Preview;
     PreviewBar *bar = new PreviewBar(preview);
@@ -73,13 +72,11 @@ struct Window
     static void settle() { QCoreApplication::processEvents(); }
 
     int top() const { return preview->verticalScrollBar()->value(); }
-    int pagePitch() const
-    {
-        return qRound(preview->document()->paperHeight.count() * scale()) + PreviewLayout::kGap;
-    }
+    int pagePitch() const { return qRound(preview->document()->paperHeight.count() * scale()) + PreviewLayout::kGap; }
     double scale() const { return preview->zoomPercent() / 100 * preview->logicalDpiY() / 1440; }
 
-    template <typename T> T *find(const char *name) const
+    template<typename T>
+    T *find(const char *name) const
     {
         return bar->findChild<T *>(QLatin1StringView(name));
     }
@@ -105,8 +102,8 @@ QRect inkBox(const QImage &image)
 
 QImage paintedPage(const Document &document, double scale)
 {
-    QImage image(qRound(document.paperWidth.count() * scale),
-        qRound(document.paperHeight.count() * scale), QImage::Format_RGB32);
+    QImage image(qRound(document.paperWidth.count() * scale), qRound(document.paperHeight.count() * scale),
+        QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
     PagePainter().paint(painter, document, 0, scale, image.rect());
@@ -122,10 +119,9 @@ void tst_preview::keysMove_data()
     QTest::addColumn<int>("modifiers");
     QTest::addColumn<int>("page");
 
-    const auto row
-        = [](const char *name, int start, Qt::Key key, Qt::KeyboardModifier modifier, int page) {
-              QTest::newRow(name) << start << int(key) << int(modifier) << page;
-          };
+    const auto row = [](const char *name, int start, Qt::Key key, Qt::KeyboardModifier modifier, int page) {
+        QTest::newRow(name) << start << int(key) << int(modifier) << page;
+    };
     row("first", 20, Qt::Key_Home, Qt::ControlModifier, 0);
     row("last", 20, Qt::Key_End, Qt::ControlModifier, 40);
     row("next", 20, Qt::Key_PageDown, Qt::ControlModifier, 21);
@@ -160,16 +156,13 @@ void tst_preview::keysMove()
     const int moved = window.top() - before;
     if (modifiers == int(Qt::ControlModifier))
         QCOMPARE(moved,
-            start == 40 ? 0
-                        : qMin((page - start) * window.pagePitch(),
-                            window.preview->verticalScrollBar()->maximum() - before));
+            start == 40
+                ? 0
+                : qMin((page - start) * window.pagePitch(), window.preview->verticalScrollBar()->maximum() - before));
     else if (key == Qt::Key_Home)
         QCOMPARE(moved, 0);
-    else if (key
-        == Qt::Key_End) // the sheet's lower edge and its margin stand at the view's lower edge
-        QVERIFY(qAbs(moved + height
-                    - (window.pagePitch() - PreviewLayout::kGap + 2 * PreviewLayout::kMargin))
-            <= 1);
+    else if (key == Qt::Key_End) // the sheet's lower edge and its margin stand at the view's lower edge
+        QVERIFY(qAbs(moved + height - (window.pagePitch() - PreviewLayout::kGap + 2 * PreviewLayout::kMargin)) <= 1);
     else if (key == Qt::Key_Down || key == Qt::Key_Up)
         QVERIFY(moved * (key == Qt::Key_Down ? 1 : -1) > 0 && qAbs(moved) < height / 4);
     else
@@ -242,20 +235,16 @@ void tst_preview::pagesFitTheirView()
         window.widget.resize(size - QSize(narrower, 0));
         window.preview->setZoomMode(ZoomMode::PageWidth);
         Window::settle();
-        QVERIFY(qAbs(document.paperWidth.count() * window.scale() + margins
-                    - window.preview->viewport()->width())
-            <= 1);
+        QVERIFY(
+            qAbs(document.paperWidth.count() * window.scale() + margins - window.preview->viewport()->width()) <= 1);
         QCOMPARE(window.preview->horizontalScrollBar()->maximum(), 0);
 
         window.preview->setZoomMode(ZoomMode::WholePage);
         Window::settle();
-        const QSizeF page(document.paperWidth.count() * window.scale(),
-            document.paperHeight.count() * window.scale());
+        const QSizeF page(document.paperWidth.count() * window.scale(), document.paperHeight.count() * window.scale());
         const QSize view = window.preview->viewport()->size();
-        QVERIFY(page.width() + margins <= view.width() + 1
-            && page.height() + margins <= view.height() + 1);
-        QVERIFY(view.width() - page.width() - margins <= 1
-            || view.height() - page.height() - margins <= 1);
+        QVERIFY(page.width() + margins <= view.width() + 1 && page.height() + margins <= view.height() + 1);
+        QVERIFY(view.width() - page.width() - margins <= 1 || view.height() - page.height() - margins <= 1);
     }
 }
 
@@ -283,14 +272,13 @@ void tst_preview::theWheelZoomsAroundThePointer()
         const QRect view = window.preview->viewport()->rect();
         const PreviewLayout layout({41, Twips(12240), Twips(15840)}, window.scale());
         const int spare = std::max(0, view.width() - layout.contentSize().width());
-        return layout.spotAt(
-            at + QPointF(window.preview->horizontalScrollBar()->value() - spare / 2, window.top()));
+        return layout.spotAt(at + QPointF(window.preview->horizontalScrollBar()->value() - spare / 2, window.top()));
     };
     const PageSpot before = underPointer();
     const auto turn = [&](int notches, Qt::KeyboardModifier modifier) {
         QWidget *viewport = window.preview->viewport();
-        QWheelEvent event(at, viewport->mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton,
-            modifier, Qt::NoScrollPhase, false);
+        QWheelEvent event(
+            at, viewport->mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, modifier, Qt::NoScrollPhase, false);
         QApplication::sendEvent(viewport, &event);
         Window::settle();
     };
@@ -448,8 +436,7 @@ void tst_preview::theBarKnowsWhatIsPossible()
     Window window(test::pagesOfText(3));
     const auto enabled = [&] {
         QString names;
-        for (const char *name :
-            {"firstPage", "previousPage", "pageBox", "nextPage", "lastPage", "zoomOut", "zoomIn"}) {
+        for (const char *name : {"firstPage", "previousPage", "pageBox", "nextPage", "lastPage", "zoomOut", "zoomIn"}) {
             const auto *control = window.find<QWidget>(name);
             names += control->isEnabled() ? QLatin1StringView(name) + u' ' : QString();
         }
@@ -457,8 +444,7 @@ void tst_preview::theBarKnowsWhatIsPossible()
     };
     QCOMPARE(enabled(), QStringLiteral("pageBox nextPage lastPage zoomOut zoomIn "));
     QTest::mouseClick(window.find<QToolButton>("nextPage"), Qt::LeftButton);
-    QCOMPARE(enabled(),
-        QStringLiteral("firstPage previousPage pageBox nextPage lastPage zoomOut zoomIn "));
+    QCOMPARE(enabled(), QStringLiteral("firstPage previousPage pageBox nextPage lastPage zoomOut zoomIn "));
     QTest::mouseClick(window.find<QToolButton>("lastPage"), Qt::LeftButton);
     QCOMPARE(enabled(), QStringLiteral("firstPage previousPage pageBox zoomOut zoomIn "));
     QCOMPARE(window.find<QLabel>("pageCount")->text(), QStringLiteral("of 3"));
@@ -470,8 +456,7 @@ void tst_preview::theBarKnowsWhatIsPossible()
     QCOMPARE(window.find<QLineEdit>("pageBox")->text(), QString());
 
     // Keys and wheel find nothing to do without a document.
-    for (const Qt::Key key :
-        {Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End, Qt::Key_Space, Qt::Key_Down})
+    for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End, Qt::Key_Space, Qt::Key_Down})
         QTest::keyClick(window.preview, key);
     for (const auto *button : window.bar->findChildren<QToolButton *>()) {
         QVERIFY(!button->accessibleName().isEmpty());
@@ -564,10 +549,8 @@ void tst_preview::inkStandsWhereTheDocumentSays()
     const QRect box = inkBox(paintedPage(*document, scale));
     const double tolerance = 1.5 + em * 0.1;
     QVERIFY2(qAbs(box.left() - 1440 * scale) <= tolerance, qPrintable(QString::number(box.left())));
-    QVERIFY2(qAbs(box.right() + 1 - (1440 * scale + width)) <= tolerance,
-        qPrintable(QString::number(box.right())));
-    QVERIFY2(
-        qAbs(box.bottom() + 1 - 2880 * scale) <= 1.5, qPrintable(QString::number(box.bottom())));
+    QVERIFY2(qAbs(box.right() + 1 - (1440 * scale + width)) <= tolerance, qPrintable(QString::number(box.right())));
+    QVERIFY2(qAbs(box.bottom() + 1 - 2880 * scale) <= 1.5, qPrintable(QString::number(box.bottom())));
     QVERIFY(box.height() > em * 0.6 && box.height() < em * 0.85);
 }
 

@@ -6,6 +6,23 @@
 
 namespace corvane {
 
+namespace {
+
+/// Pages lie all over the memory: waiting for one after the other takes longer than searching them.
+void fetchAhead(const QString &text)
+{
+#if defined(__GNUC__)
+    constexpr qsizetype kLine = 64;
+    const auto *bytes = reinterpret_cast<const char *>(text.constData());
+    for (qsizetype at = 0; at < text.size() * qsizetype(sizeof(QChar)); at += kLine)
+        __builtin_prefetch(bytes + at);
+#else
+    Q_UNUSED(text);
+#endif
+}
+
+} // namespace
+
 /// Steps through the matches on one page.
 class DocumentSearch::Scan
 {
@@ -13,18 +30,17 @@ public:
     Scan(const DocumentSearch &search, int page)
         : m_search(search)
         , m_page(search.m_document->pages[size_t(page)])
-        , m_folding(search.m_foldings[size_t(search.m_rule)])
-        , m_keepsLength(
-              search.m_kinds[size_t(search.m_rule)][size_t(page)] == PageKind::KeepsLength)
+        , m_folding(search.m_folding)
+        , m_keepsLength(search.m_kinds[size_t(page)] == PageKind::KeepsLength)
     {
         if (!m_keepsLength)
-            m_folded = m_folding.fold(m_page.text);
+            m_folded = m_folding.fold(m_page.text, search.m_rule);
     }
 
     bool next(TextStretch &hit)
     {
         while (const std::optional<TextStretch> match = nextMatch()) {
-            if (isWithinCell(*match)) {
+            if (isWithinOneCell(m_page, *match)) {
                 hit = *match;
                 return true;
             }
@@ -38,9 +54,10 @@ private:
     {
         const auto length = quint32(m_search.m_pattern.size());
         if (m_keepsLength) {
+            const CaseRule rule = m_search.m_rule;
             const auto *text = reinterpret_cast<const char16_t *>(m_page.text.utf16());
             if (!find(quint32(m_page.text.size()),
-                    [&](quint32 at) { return m_folding.letter(text[at]); }))
+                    [&](quint32 at) { return m_folding.letter(text[at], rule); }))
                 return std::nullopt;
             return TextStretch{m_matchedAt, m_matchedAt + length};
         }
@@ -74,42 +91,27 @@ private:
         return false;
     }
 
-    /// Matches come in the order of the text, so the cells are stepped through beside them.
-    bool isWithinCell(TextStretch match)
-    {
-        std::vector<Cell> &cells = m_search.m_cells;
-        if (!std::exchange(m_hasCells, true))
-            cellsOf(m_page, cells);
-        while (m_cell < cells.size() && cells[m_cell].text.end <= match.begin)
-            ++m_cell;
-        return m_cell < cells.size() && cells[m_cell].text.begin <= match.begin
-            && match.end <= cells[m_cell].text.end;
-    }
-
     const DocumentSearch &m_search;
     const Page &m_page;
     const SearchFolding &m_folding;
     bool m_keepsLength;
-    bool m_hasCells = false;
     SearchFolding::Folded m_folded;
     quint32 m_position = 0;
     quint32 m_matchedAt = 0;
-    size_t m_cell = 0;
 };
 
 void DocumentSearch::setDocument(DocumentPtr document)
 {
     m_document = std::move(document);
     const size_t pages = m_document ? m_document->pages.size() : 0;
-    for (auto &kinds : m_kinds)
-        kinds.assign(pages, PageKind::Unknown);
+    m_kinds.assign(pages, PageKind::Unknown);
     start({}, m_rule, 0);
 }
 
 void DocumentSearch::start(const QString &text, CaseRule rule, int fromPage)
 {
     m_rule = rule;
-    m_pattern = m_foldings[size_t(rule)].fold(text).text;
+    m_pattern = m_folding.fold(text, rule).text;
     if (m_pattern == u" ")
         m_pattern.clear();
     m_counts.assign(m_document ? m_document->pages.size() : 0, 0);
@@ -128,6 +130,7 @@ void DocumentSearch::work(qsizetype letters)
     for (; letters > 0 && m_done < pages; ++m_done) {
         const int page = (m_startPage + m_done) % pages;
         letters -= m_document->pages[size_t(page)].text.size() + 1;
+        fetchAhead(m_document->pages[size_t((page + 1) % pages)].text);
         const qsizetype count = countOn(page);
         m_counts[size_t(page)] = quint32(count);
         m_hitCount += count;
@@ -143,10 +146,9 @@ void DocumentSearch::finish()
 
 qsizetype DocumentSearch::countOn(int page)
 {
-    PageKind &kind = m_kinds[size_t(m_rule)][size_t(page)];
+    PageKind &kind = m_kinds[size_t(page)];
     if (kind == PageKind::Unknown) {
-        const bool keeps
-            = m_foldings[size_t(m_rule)].keepsLength(m_document->pages[size_t(page)].text);
+        const bool keeps = m_folding.keepsLength(m_document->pages[size_t(page)].text);
         kind = keeps ? PageKind::KeepsLength : PageKind::Other;
     }
     qsizetype count = 0;

@@ -58,13 +58,11 @@ private:
 
     DocumentPtr m_document;
     CaseRule m_rule = CaseRule::Ignore;
-    std::array<SearchFolding, 2> m_foldings{
-        SearchFolding(CaseRule::Ignore), SearchFolding(CaseRule::Match)};
-    std::array<std::vector<PageKind>, 2> m_kinds; ///< by rule; found once per document
+    SearchFolding m_folding;
+    std::vector<PageKind> m_kinds; ///< found once per document
     std::u16string m_pattern; ///< folded
     std::array<quint32, 256> m_skips{}; ///< by a letter's low byte (Horspool 1980)
     std::vector<quint32> m_counts; ///< hits by page
-    mutable std::vector<Cell> m_cells;
     int m_startPage = 0;
     int m_done = 0; ///< pages, counted from m_startPage round the end
     int m_firstPage = -1;

@@ -36,26 +36,63 @@ std::vector<qsizetype> graphemeStarts(QStringView text)
     return starts;
 }
 
+void appendCells(const Page &page, size_t block, std::vector<Cell> &cells)
+{
+    const size_t begin = page.blocks[block].firstRun;
+    const size_t end = begin + page.blockRuns(block).size();
+    for (size_t i = begin; i < end; ++i) {
+        const TextRun &run = page.runs[i];
+        const TextStretch text{run.textStart, run.textStart + run.textLength};
+        if (i == begin || cells.back().column != run.column) {
+            cells.push_back({quint32(block), run.column, quint32(i), quint32(i + 1), text});
+            continue;
+        }
+        Cell &cell = cells.back();
+        cell.endRun = quint32(i + 1);
+        cell.text = {std::min(cell.text.begin, text.begin), std::max(cell.text.end, text.end)};
+    }
+}
+
+bool holdsInOneCell(std::span<const TextRun> runs, TextStretch stretch)
+{
+    TextStretch cell;
+    for (size_t i = 0; i < runs.size(); ++i) {
+        const TextStretch text{runs[i].textStart, runs[i].textStart + runs[i].textLength};
+        const bool goesOn = i > 0 && runs[i - 1].column == runs[i].column;
+        cell = goesOn ? TextStretch{std::min(cell.begin, text.begin), std::max(cell.end, text.end)}
+                      : text;
+        if (cell.begin <= stretch.begin && stretch.end <= cell.end)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 void cellsOf(const Page &page, std::vector<Cell> &cells)
 {
     cells.clear();
-    for (size_t block = 0; block < page.blocks.size(); ++block) {
-        const size_t begin = page.blocks[block].firstRun;
-        const size_t end = begin + page.blockRuns(block).size();
-        for (size_t i = begin; i < end; ++i) {
-            const TextRun &run = page.runs[i];
-            const TextStretch text{run.textStart, run.textStart + run.textLength};
-            if (i == begin || cells.back().column != run.column) {
-                cells.push_back({quint32(block), run.column, quint32(i), quint32(i + 1), text});
-                continue;
-            }
-            Cell &cell = cells.back();
-            cell.endRun = quint32(i + 1);
-            cell.text = {std::min(cell.text.begin, text.begin), std::max(cell.text.end, text.end)};
-        }
+    for (size_t block = 0; block < page.blocks.size(); ++block)
+        appendCells(page, block, cells);
+}
+
+bool isWithinOneCell(const Page &page, TextStretch stretch)
+{
+    const auto startOf = [&](const Block &block) {
+        return block.firstRun < page.runs.size() ? page.runs[block.firstRun].textStart
+                                                 : quint32(page.text.size());
+    };
+    const auto after = std::ranges::upper_bound(page.blocks, stretch.begin, {}, startOf);
+    // A block whose line runs both ways need not begin with its first letters: it may be the next
+    // one too.
+    auto block = size_t(after - page.blocks.begin()) - (after == page.blocks.begin() ? 0 : 1);
+    for (int looked = 0; looked < 2 && block < page.blocks.size(); ++block) {
+        const std::span<const TextRun> runs = page.blockRuns(block);
+        looked += runs.empty() ? 0 : 1;
+        if (holdsInOneCell(runs, stretch))
+            return true;
     }
+    return false;
 }
 
 PageText::PageText(const Document &document, int page)

@@ -16,7 +16,7 @@ constexpr int kShadowReach = 6;
 // Paper is white in every palette, so these are too: pale enough for black ink on top of them.
 constexpr QColor kHitTint(0xff, 0xe0, 0x70);
 constexpr QColor kCurrentHitTint(0xff, 0xa9, 0x4d);
-constexpr QColor kSelectionTint(0xb3, 0xd4, 0xff);
+constexpr QColor kSelectionTint(0xc6, 0xdf, 0xff);
 
 QColor groundColour(const QPalette &palette)
 {

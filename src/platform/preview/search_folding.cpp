@@ -1,5 +1,7 @@
 #include "platform/preview/search_folding.h"
 
+#include <cstring>
+
 namespace corvane {
 
 namespace {
@@ -42,30 +44,93 @@ bool isInvisible(char32_t c)
     return c == 0xad || (c >= 0x200b && c <= 0x200f) || c == 0x2060 || c == 0xfeff;
 }
 
+QString foldOne(char32_t c, CaseRule rule)
+{
+    const char32_t typed = asTyped(c);
+    if (isInvisible(typed))
+        return {};
+    if (rule == CaseRule::Ignore
+        && (typed == 0xdf || typed == 0x1e9e)) // folds to two letters, which Qt leaves out
+        return QStringLiteral("ss");
+    QString text = QString::fromUcs4(&typed, 1);
+    // Syllables of Hangul would come apart into letters that nobody types one by one.
+    if (QChar::script(typed) != QChar::Script_Hangul)
+        text = text.normalized(QString::NormalizationForm_KD);
+    QString folded;
+    for (const QChar part : text) {
+        if (!isAccent(part.unicode()))
+            folded += part.isSpace() ? QChar(u' ') : part;
+    }
+    return rule == CaseRule::Match ? folded : folded.toCaseFolded();
+}
+
+// Most text is ASCII, of which nothing but blanks can change its length: looked at four letters at
+// a time.
+constexpr quint64 kBeyondAscii = 0xff80ff80ff80ff80;
+constexpr quint64 kEach = 0x0001000100010001;
+constexpr quint64 kLastBlank = quint64(0x80) << (Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? 48 : 0);
+
+/// Whether all four letters are ASCII; `blanks` gets bit 7 of each that is a blank or a control
+/// character.
+bool isPlain(quint64 four, quint64 &blanks)
+{
+    blanks = ~(four + kEach * (0x7f - u' ')) & (kEach * 0x80);
+    return (four & kBeyondAscii) == 0;
+}
+
+/// Whether two blanks follow one another, among four letters or from the four before.
+bool areNeighbours(quint64 before, quint64 blanks)
+{
+    if constexpr (Q_BYTE_ORDER == Q_LITTLE_ENDIAN)
+        return (blanks & ((blanks << 16) | (before >> 48))) != 0;
+    return (blanks & ((blanks >> 16) | (before << 48))) != 0;
+}
+
 } // namespace
 
-SearchFolding::SearchFolding(CaseRule rule)
-    : m_rule(rule)
-    , m_letters(0x10000)
+SearchFolding::SearchFolding()
+    : m_letters{std::vector<char16_t>(0x10000), std::vector<char16_t>(0x10000)}
 {
 }
 
 bool SearchFolding::keepsLength(QStringView text)
+{
+    const auto *letters = reinterpret_cast<const char16_t *>(text.utf16());
+    qsizetype at = 0;
+    quint64 blanks = 0;
+    for (; at + 4 <= text.size(); at += 4) {
+        quint64 four = 0;
+        std::memcpy(&four, letters + at, sizeof four);
+        const quint64 before = blanks;
+        if (isPlain(four, blanks) && !areNeighbours(before, blanks))
+            continue;
+        if (!keepLength(text.sliced(at > 0 ? at - 1 : 0, at > 0 ? 5 : 4)))
+            return false;
+        blanks = m_letters[size_t(CaseRule::Ignore)][letters[at + 3]] == u' '
+            ? kLastBlank
+            : 0; // known since it was looked at
+    }
+    return keepLength(text.sliced(at > 0 ? at - 1 : 0));
+}
+
+bool SearchFolding::keepLength(QStringView text)
 {
     bool keeps = true;
     char16_t before = 0;
     for (const QChar c : text) {
         if (!m_known[c.row()])
             learn(c.row());
-        const char16_t folded = m_letters[c.unicode()];
+        // What folds to one letter without its case does so with it.
+        const char16_t folded = m_letters[size_t(CaseRule::Ignore)][c.unicode()];
         keeps &= folded != kOtherLength && !(folded == u' ' && before == u' ');
         before = folded;
     }
     return keeps;
 }
 
-SearchFolding::Folded SearchFolding::fold(QStringView text) const
+SearchFolding::Folded SearchFolding::fold(QStringView text, CaseRule rule) const
 {
+    const std::vector<char16_t> &letters = m_letters[size_t(rule)];
     Folded folded;
     folded.text.reserve(size_t(text.size()));
     folded.origins.reserve(size_t(text.size()) + 1);
@@ -76,10 +141,9 @@ SearchFolding::Folded SearchFolding::fold(QStringView text) const
         const char32_t c = isPair ? QChar::surrogateToUcs4(text[at], text[at + 1])
                                   : char32_t(text[at].unicode());
         next = at + (isPair ? 2 : 1);
-        const bool isPlain
-            = c < m_letters.size() && m_known[c >> 8] && m_letters[c] != kOtherLength;
+        const bool isPlain = c < letters.size() && m_known[c >> 8] && letters[c] != kOtherLength;
         const QString parts
-            = isPlain ? QString(QChar(m_letters[c])) : foldOne(c); // one or two letters, mostly
+            = isPlain ? QString(QChar(letters[c])) : foldOne(c, rule); // one or two letters, mostly
         for (const QChar part : parts) {
             if (part == u' ' && !folded.text.empty() && folded.text.back() == u' ')
                 continue;
@@ -94,31 +158,14 @@ SearchFolding::Folded SearchFolding::fold(QStringView text) const
 void SearchFolding::learn(int row)
 {
     m_known[size_t(row)] = true;
-    for (int c = row << 8; c < (row + 1) << 8; ++c) {
-        const QString folded
-            = QChar::isSurrogate(char32_t(c)) ? QString(QChar(c)) : foldOne(char32_t(c));
-        m_letters[size_t(c)] = folded.size() == 1 ? folded[0].unicode() : kOtherLength;
+    for (const CaseRule rule : {CaseRule::Ignore, CaseRule::Match}) {
+        for (int c = row << 8; c < (row + 1) << 8; ++c) {
+            const QString folded
+                = QChar::isSurrogate(char32_t(c)) ? QString(QChar(c)) : foldOne(char32_t(c), rule);
+            m_letters[size_t(rule)][size_t(c)]
+                = folded.size() == 1 ? folded[0].unicode() : kOtherLength;
+        }
     }
-}
-
-QString SearchFolding::foldOne(char32_t c) const
-{
-    const char32_t typed = asTyped(c);
-    if (isInvisible(typed))
-        return {};
-    if (m_rule == CaseRule::Ignore
-        && (typed == 0xdf || typed == 0x1e9e)) // folds to two letters, which Qt leaves out
-        return QStringLiteral("ss");
-    QString text = QString::fromUcs4(&typed, 1);
-    // Syllables of Hangul would come apart into letters that nobody types one by one.
-    if (QChar::script(typed) != QChar::Script_Hangul)
-        text = text.normalized(QString::NormalizationForm_KD);
-    QString folded;
-    for (const QChar part : text) {
-        if (!isAccent(part.unicode()))
-            folded += part.isSpace() ? QChar(u' ') : part;
-    }
-    return m_rule == CaseRule::Match ? folded : folded.toCaseFolded();
 }
 
 } // namespace corvane

@@ -15,12 +15,13 @@ enum class CaseRule { Ignore, Match };
 class SearchFolding
 {
 public:
-    explicit SearchFolding(CaseRule rule);
+    SearchFolding();
 
-    /// Whether each letter of a text folds to one letter, so that offsets stay what they are.
+    /// Whether each letter of a text folds to one letter under either rule, so that offsets stay
+    /// what they are.
     bool keepsLength(QStringView text);
     /// The fold of a letter of a text that keeps its length and was asked about.
-    char16_t letter(char16_t c) const { return m_letters[c]; }
+    char16_t letter(char16_t c, CaseRule rule) const { return m_letters[size_t(rule)][c]; }
 
     struct Folded
     {
@@ -28,17 +29,16 @@ public:
         std::vector<quint32>
             origins; ///< offset in the text of each folded letter, and of the text's end
     };
-    Folded fold(QStringView text) const;
+    Folded fold(QStringView text, CaseRule rule) const;
 
 private:
     static constexpr char16_t kOtherLength = 0xffff; ///< no character, by the standard
 
+    bool keepLength(QStringView text);
     void learn(int row);
-    QString foldOne(char32_t c) const;
 
-    CaseRule m_rule;
     std::array<bool, 256> m_known{}; ///< rows of 256 letters
-    std::vector<char16_t> m_letters;
+    std::array<std::vector<char16_t>, 2> m_letters; ///< by rule
 };
 
 } // namespace corvane

@@ -7,6 +7,7 @@
 
 #include <QtCore/QScopedValueRollback>
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QStyledItemDelegate>
 #include <QtWidgets/QTabBar>
 #include <QtWidgets/QTreeView>
 
@@ -15,6 +16,28 @@ namespace corvane {
 namespace {
 
 constexpr int kIndent = 14;
+constexpr int kRowPadding = 3; ///< above and below a title
+
+/// Roomy rows, the page numbers quieter than the titles.
+class OutlineDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kRowPadding);
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (index.column() == 1)
+            option->palette.setColor(
+                QPalette::Text, option->palette.color(QPalette::PlaceholderText));
+    }
+};
 
 } // namespace
 
@@ -65,6 +88,7 @@ void SidePanel::makeOutline()
     m_outline = new QTreeView(this);
     nameControl(m_outline, QStringLiteral("outline"), tr("Groups"));
     m_outline->setModel(m_groups);
+    m_outline->setItemDelegate(new OutlineDelegate(m_outline));
     m_outline->setFrameShape(QFrame::NoFrame);
     m_outline->setHeaderHidden(true);
     m_outline->setUniformRowHeights(true);

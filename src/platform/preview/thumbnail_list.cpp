@@ -45,7 +45,8 @@ private:
 namespace {
 
 constexpr int kLongSide = 132; ///< of a page, pixels
-constexpr int kAround = 7;
+constexpr int kAround = 8;
+constexpr int kFrame = 3; ///< around the marked page
 constexpr int kKept = 200; ///< pictures
 
 class ThumbnailDelegate : public QStyledItemDelegate
@@ -68,25 +69,26 @@ public:
             paper.height() + 3 * kAround + option.fontMetrics.height()};
     }
 
+    /// The marked page has a frame: a filled row of this height would outshine the pages.
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
         const QModelIndex &index) const override
     {
-        QStyleOptionViewItem item(option);
-        initStyleOption(&item, index);
-        const QString number = std::exchange(item.text, QString());
-        QStyle *style = item.widget->style();
-        style->drawPrimitive(QStyle::PE_PanelItemViewItem, &item, painter, item.widget);
+        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
         QRect paper(QPoint(), paperSize());
-        paper.moveCenter(item.rect.center());
-        paper.moveTop(item.rect.top() + kAround);
+        paper.moveCenter(option.rect.center());
+        paper.moveTop(option.rect.top() + kAround);
+        const int frame = isSelected ? kFrame : 1;
+        const QColor edge
+            = isSelected ? option.palette.color(QPalette::Highlight) : QColor(128, 128, 128);
+        painter->fillRect(paper.adjusted(-frame, -frame, frame, frame), edge);
         painter->drawPixmap(paper, pictureOf(index.row(), painter->device()->devicePixelRatioF()));
-        painter->setPen(QColor(0, 0, 0, 70));
-        painter->drawRect(paper.adjusted(-1, -1, 0, 0));
-        const QRect below(item.rect.left(), paper.bottom() + kAround, item.rect.width(),
-            item.fontMetrics.height());
-        const bool isSelected = item.state.testFlag(QStyle::State_Selected);
-        style->drawItemText(painter, below, Qt::AlignCenter, item.palette, true, number,
-            isSelected ? QPalette::HighlightedText : QPalette::Text);
+        const QRect below(option.rect.left(), paper.bottom() + kAround, option.rect.width(),
+            option.fontMetrics.height());
+        QFont font = option.font;
+        font.setBold(isSelected);
+        painter->setFont(font);
+        painter->setPen(option.palette.color(QPalette::Text));
+        painter->drawText(below, Qt::AlignCenter, index.data().toString());
     }
 
 private:
