@@ -3,6 +3,7 @@
 #include "bench_clinic.h"
 #include "limit.h"
 #include "list_bench.h"
+#include "preview_bench.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QElapsedTimer>
@@ -97,11 +98,15 @@ int main(int argc, char **argv)
     const QCommandLineOption rounds(QStringLiteral("rounds"), QStringLiteral("Rounds per size; the best counts."),
         QStringLiteral("N"), QStringLiteral("5"));
     const QCommandLineOption lists(QStringLiteral("lists"), QStringLiteral("Time the filling of a list of 200,000 rows only."));
-    parser.addOptions({most, rounds, lists});
+    const QCommandLineOption preview(QStringLiteral("preview"), QStringLiteral("Time search and jumps in a preview of N pages only."),
+        QStringLiteral("N"));
+    parser.addOptions({most, rounds, lists, preview});
     parser.process(application);
 
     if (parser.isSet(lists))
         return bench::measureLists(200'000, parser.value(rounds).toInt()) ? 0 : 1;
+    if (parser.isSet(preview))
+        return bench::measurePreview(parser.value(preview).toInt(), parser.value(rounds).toInt()) ? 0 : 1;
     std::printf("Every stage as a ratio to the limit program of the same run, best of %s.\n\n", qPrintable(parser.value(rounds)));
     std::printf("     rows   pages limit ms |  fetch  compose   both |    PDF  whole | peak MiB\n");
     for (const int rows : {10'000, 100'000, 1'000'000}) {
