@@ -3,6 +3,7 @@
 #include "bench_clinic.h"
 #include "limit.h"
 #include "list_bench.h"
+#include "preview_bench.h"
 #include "workbook_bench.h"
 
 #include <QtCore/QCommandLineParser>
@@ -99,7 +100,9 @@ int main(int argc, char **argv)
         QStringLiteral("N"), QStringLiteral("5"));
     const QCommandLineOption lists(QStringLiteral("lists"), QStringLiteral("Time the filling of a list of 200,000 rows only."));
     const QCommandLineOption workbooks(QStringLiteral("workbooks"), QStringLiteral("Time the writing of workbooks only."));
-    parser.addOptions({most, rounds, lists, workbooks});
+    const QCommandLineOption preview(QStringLiteral("preview"), QStringLiteral("Time search and jumps in a preview of N pages only."),
+        QStringLiteral("N"));
+    parser.addOptions({most, rounds, lists, workbooks, preview});
     parser.process(application);
 
     if (parser.isSet(lists))
@@ -108,6 +111,8 @@ int main(int argc, char **argv)
         bench::measureWorkbooks(parser.value(most).toInt(), parser.value(rounds).toInt());
         return 0;
     }
+    if (parser.isSet(preview))
+        return bench::measurePreview(parser.value(preview).toInt(), parser.value(rounds).toInt()) ? 0 : 1;
     std::printf("Every stage as a ratio to the limit program of the same run, best of %s.\n\n", qPrintable(parser.value(rounds)));
     std::printf("     rows   pages limit ms |  fetch  compose   both |    PDF  whole | peak MiB\n");
     for (const int rows : {10'000, 100'000, 1'000'000}) {

@@ -18,7 +18,7 @@
 #include "platform/controls/ribbon_button.h"
 #include "platform/database/error.h"
 #include "platform/preview/preview.h"
-#include "platform/preview/preview_bar.h"
+#include "platform/preview/preview_pane.h"
 #include "session/report_list.h"
 #include "session/startup.h"
 #include "shared/dates.h"
@@ -31,6 +31,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtGui/QCloseEvent>
+#include <QtGui/QDesktopServices>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QSplitter>
@@ -328,6 +329,18 @@ void frmCVRMain::showNotes(const QStringList &notes)
 {
     m_notes->setText(notes.isEmpty() ? QString() : notes.size() == 1 ? notes.front() : tr("%1 notes: %2").arg(notes.size()).arg(notes.front()));
     m_notes->setToolTip(notes.join(u'\n'));
+}
+
+void frmCVRMain::openAddress(const QUrl &address)
+{
+    if (!QDesktopServices::openUrl(address))
+        m_desktop.message(tr("%1\ncould not be opened: the system has no program for such addresses.").arg(address.toDisplayString()),
+            MessageFlags::Exclamation, kTitle);
+}
+
+void frmCVRMain::keepViewSettings(QSettings &store)
+{
+    m_previewPane->keepViewSettings(store);
 }
 
 MessageAnswer frmCVRMain::message(const QString &text, int flags, const QString &title)

@@ -13,6 +13,7 @@
 
 class QAction;
 class QLabel;
+class QSettings;
 class QSplitter;
 
 namespace corvane {
@@ -22,7 +23,7 @@ class FloodPanel;
 class HelpDesk;
 class InputGate;
 class Preview;
-class PreviewBar;
+class PreviewPane;
 class ReportListView;
 class RibbonButton;
 class SingleInstance;
@@ -40,6 +41,9 @@ public:
 
     /// The start-up sequence; false when the program is to end.
     bool Form_Load(const SingleInstance &instance);
+
+    /// Takes the preview's view settings from a store, which must outlive the window, and keeps them there.
+    void keepViewSettings(QSettings &store);
 
     // What a run does to its surroundings.
     MessageAnswer message(const QString &text, int flags, const QString &title) override;
@@ -93,6 +97,7 @@ private:
     void showDocument();
     void showProblems(RunResult result);
     void showNotes(const QStringList &notes);
+    void openAddress(const QUrl &address);
 
     Reportr &m_state;
     InputGate *m_gate;
@@ -108,7 +113,7 @@ private:
     DateField *DateTo = nullptr;
     QSplitter *SSSplitter1 = nullptr;
     ReportListView *File1 = nullptr;
-    PreviewBar *m_previewBar = nullptr;
+    PreviewPane *m_previewPane = nullptr;
     Preview *vp = nullptr;
     FloodPanel *pnlprogress = nullptr;
     QLabel *m_summary = nullptr;

@@ -7,7 +7,7 @@
 #include "platform/controls/icons.h"
 #include "platform/controls/ribbon_button.h"
 #include "platform/preview/preview.h"
-#include "platform/preview/preview_bar.h"
+#include "platform/preview/preview_pane.h"
 #include "shell/report_list_view.h"
 
 #include <QtWidgets/QHBoxLayout>
@@ -150,17 +150,12 @@ void frmCVRMain::buildPanes()
     File1->setFrameShape(QFrame::NoFrame);
     connect(File1, &ReportListView::chosen, this, &frmCVRMain::File1_Click);
 
-    auto *right = new QWidget(SSSplitter1);
-    vp = new Preview;
+    m_previewPane = new PreviewPane(SSSplitter1);
+    vp = m_previewPane->preview();
     vp->setObjectName(QStringLiteral("vp"));
     vp->setAccessibleName(tr("Report preview"));
     vp->setEmptyText(tr("Choose a report from the list."));
-    m_previewBar = new PreviewBar(vp);
-    auto *column = new QVBoxLayout(right);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(m_previewBar);
-    column->addWidget(vp, 1);
+    connect(vp, &Preview::webLinkActivated, this, &frmCVRMain::openAddress);
     SSSplitter1->setStretchFactor(1, 1);
     SSSplitter1->setSizes({kListWidth, width() - kListWidth});
     setCentralWidget(SSSplitter1);

@@ -5,6 +5,7 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
+#include <QtCore/QSettings>
 #include <QtWidgets/QApplication>
 
 #include <cstdio>
@@ -42,6 +43,8 @@ int main(int argc, char **argv)
     SystemDesktop desktop;
     frmCVRMain window(state, desktop, &QDateTime::currentDateTime, QLocale::system());
     desktop.setParentWindow(&window);
+    QSettings viewSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Corvane"), QStringLiteral("Reporter"));
+    window.keepViewSettings(viewSettings);
     if (!window.Form_Load(instance))
         return 0;
     return QApplication::exec();

@@ -460,7 +460,7 @@ void tst_preview::theBarKnowsWhatIsPossible()
         QTest::keyClick(window.preview, key);
     for (const auto *button : window.bar->findChildren<QToolButton *>()) {
         QVERIFY(!button->accessibleName().isEmpty());
-        QVERIFY2(button->toolTip().contains(QStringLiteral("Ctrl")), qPrintable(button->toolTip()));
+        QVERIFY2(button->toolTip().contains(u'('), qPrintable(button->toolTip())); // its keys
     }
 }
 

@@ -1,12 +1,16 @@
 #include "platform/preview/preview.h"
 
-#include "platform/controls/icons.h"
+#include "platform/preview/document_links.h"
+#include "platform/preview/preview_accessible.h"
+#include "platform/preview/preview_finder.h"
+#include "platform/preview/preview_pointer.h"
 
 #include <QtCore/QScopedValueRollback>
+#include <QtGui/QAccessible>
 #include <QtGui/QAction>
-#include <QtGui/QPainter>
-#include <QtGui/QWheelEvent>
+#include <QtGui/QCursor>
 #include <QtWidgets/QScrollBar>
+#include <QtWidgets/QToolTip>
 
 #include <algorithm>
 #include <cmath>
@@ -15,55 +19,22 @@ namespace corvane {
 
 namespace {
 
-constexpr double kWheelStep = 1.1;
 constexpr int kLineStep = 40; ///< pixels that an arrow key moves
-constexpr int kKeptOnPaging = 40; ///< pixels of the old screen that stay in view
-constexpr int kShadowReach = 6;
 constexpr int kTwipsPerInch = 1440;
-constexpr std::array<double, 13> kZoomSteps {10, 25, 33, 50, 75, 100, 125, 150, 200, 250, 300, 400, 500};
-
-struct CommandText {
-    const char *name; ///< also the drawing, where it has one
-    const char *text;
-    QKeySequence::StandardKey standardKey;
-    QKeyCombination key;
-    Qt::ShortcutContext context;
-};
-
-// Moving between pages by Ctrl+Home and Ctrl+End belongs to lists and text boxes too, so it needs the focus.
-constexpr std::array<CommandText, Preview::kCommandCount> kCommands {{
-    {"first", "First page", QKeySequence::UnknownKey, Qt::CTRL | Qt::Key_Home, Qt::WidgetWithChildrenShortcut},
-    {"previous", "Previous page", QKeySequence::UnknownKey, Qt::CTRL | Qt::Key_PageUp, Qt::WindowShortcut},
-    {"next", "Next page", QKeySequence::UnknownKey, Qt::CTRL | Qt::Key_PageDown, Qt::WindowShortcut},
-    {"last", "Last page", QKeySequence::UnknownKey, Qt::CTRL | Qt::Key_End, Qt::WidgetWithChildrenShortcut},
-    {"zoom-in", "Zoom in", QKeySequence::ZoomIn, Qt::CTRL | Qt::Key_Equal, Qt::WindowShortcut},
-    {"zoom-out", "Zoom out", QKeySequence::ZoomOut, Qt::CTRL | Qt::Key_Minus, Qt::WindowShortcut},
-    {"actual-size", "Actual size", QKeySequence::UnknownKey, Qt::CTRL | Qt::Key_0, Qt::WindowShortcut},
-}};
-
-QList<QKeySequence> shortcutsOf(const CommandText &command)
-{
-    QList<QKeySequence> keys = QKeySequence::keyBindings(command.standardKey);
-    if (const QKeySequence key(command.key); !keys.contains(key))
-        keys += key;
-    return keys;
-}
-
-QColor groundColour(const QPalette &palette)
-{
-    return isDark(palette) ? QColor(0x1f, 0x22, 0x26) : QColor(0xa6, 0xae, 0xb7);
-}
-
-QColor quietTextColour(const QPalette &palette)
-{
-    return isDark(palette) ? QColor(0xb4, 0xba, 0xc2) : QColor(0x2c, 0x36, 0x42);
-}
+constexpr double kHitFromTop
+    = 1.0 / 3; ///< where a hit that was out of sight comes to stand in the view
+constexpr int kHitMargin = 24; ///< pixels that are to show around a hit
+constexpr std::array<double, 13> kZoomSteps{
+    10, 25, 33, 50, 75, 100, 125, 150, 200, 250, 300, 400, 500};
 
 } // namespace
 
 Preview::Preview(QWidget *parent)
     : QAbstractScrollArea(parent)
+    , m_finder(new PreviewFinder(this))
+    , m_pointer(new PreviewPointer(this))
 {
+    describePreviewsToReaders();
     setAccessibleName(tr("Report preview"));
     setFocusPolicy(Qt::StrongFocus);
     setFrameShape(QFrame::NoFrame);
@@ -71,12 +42,20 @@ Preview::Preview(QWidget *parent)
     verticalScrollBar()->setSingleStep(kLineStep);
     horizontalScrollBar()->setSingleStep(kLineStep);
     makeActions();
+    connect(m_finder, &PreviewFinder::changed, viewport(), qOverload<>(&QWidget::update));
+    connect(m_finder, &PreviewFinder::changed, this, &Preview::updateActions);
+    connect(m_finder, &PreviewFinder::hitReached, this, [this](const SearchHit &hit) {
+        for (const QRectF &area : PageText(*m_document, hit.page).areasOf(hit.text))
+            return showArea(hit.page, area);
+    });
 }
 
 void Preview::setDocument(DocumentPtr document)
 {
+    m_pointer->reset();
     m_document = std::move(document);
     m_currentPage = -1;
+    setSelection({});
     m_layout = PreviewLayout(pages(), pixelsPerTwip(m_zoomPercent));
     {
         const QScopedValueRollback placing(m_placing, true);
@@ -85,6 +64,7 @@ void Preview::setDocument(DocumentPtr document)
         horizontalScrollBar()->setValue(horizontalScrollBar()->maximum() / 2);
     }
     setCurrentPage(pageCount() > 0 ? 0 : -1);
+    m_finder->setDocument(m_document);
     viewport()->update();
     updateActions();
     Q_EMIT documentChanged();
@@ -109,200 +89,86 @@ void Preview::setZoomPercent(double percent)
     zoomAround(percent, QRectF(viewport()->rect()).center());
 }
 
+void Preview::setViewMode(ViewMode mode)
+{
+    if (mode == m_viewMode)
+        return;
+    const int page = m_currentPage;
+    m_viewMode = mode;
+    layOut(fittingPercent(), {});
+    goToPage(page);
+    Q_EMIT viewModeChanged();
+    Q_EMIT zoomChanged();
+}
+
 void Preview::goToPage(int page)
+{
+    goToPlace(page, {});
+}
+
+void Preview::goToPlace(int page, Twips top)
 {
     if (page < 0 || page >= pageCount())
         return;
     {
         const QScopedValueRollback placing(m_placing, true);
-        verticalScrollBar()->setValue(m_layout.pageRect(page).top() - PreviewLayout::kMargin);
+        setCurrentPage(page);
+        verticalScrollBar()->setValue(m_layout.pageRect(page).top()
+            + int(top.count() * m_layout.pixelsPerTwip()) - PreviewLayout::kMargin);
     }
-    setCurrentPage(page);
 }
 
 void Preview::zoomIn()
 {
     const auto next = std::upper_bound(kZoomSteps.begin(), kZoomSteps.end(), m_zoomPercent + 0.5);
-    setZoomPercent(next == kZoomSteps.end() ? kMostZoom : *next);
+    setZoomPercent(next == kZoomSteps.end() ? ViewSettings::kMostZoom : *next);
 }
 
 void Preview::zoomOut()
 {
     const auto same = std::lower_bound(kZoomSteps.begin(), kZoomSteps.end(), m_zoomPercent - 0.5);
-    setZoomPercent(same == kZoomSteps.begin() ? kLeastZoom : *std::prev(same));
+    setZoomPercent(same == kZoomSteps.begin() ? ViewSettings::kLeastZoom : *std::prev(same));
 }
 
-bool Preview::event(QEvent *event)
+Preview::PaperPoint Preview::paperPointAt(QPointF viewportPoint) const
 {
-    if (event->type() == QEvent::ScreenChangeInternal)
-        refit();
-    return QAbstractScrollArea::event(event);
+    const QPointF content = viewportPoint + contentOrigin();
+    const int page = m_layout.pageAt(int(std::floor(content.y())));
+    if (page < 0)
+        return {};
+    return {page, (content - m_layout.pageRect(page).topLeft()) / m_layout.pixelsPerTwip()};
 }
 
-void Preview::changeEvent(QEvent *event)
+void Preview::setSelection(const TextSelection &selection)
 {
-    QAbstractScrollArea::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange) {
-        updateIcons();
-        viewport()->update();
-    }
-}
-
-void Preview::keyPressEvent(QKeyEvent *event)
-{
-    if ((event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != Qt::NoModifier) {
-        event->ignore(); // the actions' keys, also while there is nothing for them to do
-        return;
-    }
-    const int screen = std::max(kLineStep, viewport()->height() - kKeptOnPaging);
-    const bool backwards = event->modifiers().testFlag(Qt::ShiftModifier);
-    switch (event->key()) {
-    case Qt::Key_PageDown:
-        return scrollVertically(screen);
-    case Qt::Key_PageUp:
-        return scrollVertically(-screen);
-    case Qt::Key_Space:
-        return scrollVertically(backwards ? -screen : screen);
-    case Qt::Key_Home:
-        return goToPage(m_currentPage);
-    case Qt::Key_End:
-        if (m_currentPage >= 0)
-            scrollTo(QPointF(horizontalScrollBar()->value(),
-                m_layout.pageRect(m_currentPage).bottom() + PreviewLayout::kMargin - viewport()->height()));
-        return;
-    default:
-        QAbstractScrollArea::keyPressEvent(event); // arrows
-    }
-}
-
-void Preview::wheelEvent(QWheelEvent *event)
-{
-    if (!event->modifiers().testFlag(Qt::ControlModifier) || pageCount() == 0) {
-        QAbstractScrollArea::wheelEvent(event);
-        return;
-    }
-    const double notches = event->angleDelta().y() / double(QWheelEvent::DefaultDeltasPerStep);
-    if (notches != 0)
-        zoomAround(m_zoomPercent * std::pow(kWheelStep, notches), event->position());
-    event->accept();
-}
-
-void Preview::resizeEvent(QResizeEvent *event)
-{
-    QAbstractScrollArea::resizeEvent(event);
-    refit();
-}
-
-void Preview::scrollContentsBy(int dx, int dy)
-{
-    viewport()->scroll(dx, dy);
-    if (!m_placing)
-        noteVisiblePage();
-}
-
-void Preview::paintEvent(QPaintEvent *event)
-{
-    QPainter painter(viewport());
-    painter.fillRect(event->rect(), groundColour(palette()));
-    m_lastPaint = {};
-    if (pageCount() == 0) {
-        paintEmptyText(painter);
-        return;
-    }
-    const QRect exposed = event->rect().translated(contentOrigin());
-    const int last = m_layout.pageAt(exposed.bottom() + kShadowReach);
-    for (int page = m_layout.pageAt(exposed.top() - kShadowReach); page <= last; ++page)
-        paintSheet(painter, page, exposed);
-}
-
-void Preview::paintSheet(QPainter &painter, int page, const QRect &exposed)
-{
-    const QRect sheet = m_layout.pageRect(page);
-    painter.save();
-    painter.translate(sheet.topLeft() - contentOrigin());
-    const QRect paper(QPoint(), sheet.size());
-    for (int i = 0; i < kShadowReach; ++i) {
-        painter.setPen(QColor(0, 0, 0, 48 / (i + 1)));
-        painter.drawRoundedRect(paper.adjusted(-i - 1, -i, i, i + 1), i, i);
-    }
-    const QRect visible = exposed.translated(-sheet.topLeft()) & paper;
-    if (!visible.isEmpty()) {
-        painter.fillRect(visible, Qt::white);
-        painter.setClipRect(visible);
-        m_lastPaint.operations += m_painter.paint(painter, *m_document, page, m_layout.pixelsPerTwip(), visible);
-        ++m_lastPaint.pages;
-    }
-    painter.restore();
-}
-
-void Preview::paintEmptyText(QPainter &painter)
-{
-    painter.setPen(quietTextColour(palette()));
-    painter.drawText(
-        viewport()->rect().marginsRemoved(QMargins(24, 24, 24, 24)), Qt::AlignCenter | Qt::TextWordWrap, m_emptyText);
-}
-
-void Preview::makeActions()
-{
-    for (size_t i = 0; i < kCommandCount; ++i) {
-        const CommandText &command = kCommands[i];
-        auto *made = new QAction(tr(command.text), this);
-        made->setObjectName(QLatin1StringView(command.name));
-        made->setShortcuts(shortcutsOf(command));
-        made->setShortcutContext(command.context);
-        made->setToolTip(
-            QStringLiteral("%1 (%2)").arg(made->text(), made->shortcut().toString(QKeySequence::NativeText)));
-        connect(made, &QAction::triggered, this, [this, i] { run(Command(i)); });
-        addAction(made);
-        m_actions[i] = made;
-    }
-    updateIcons();
+    m_selection = selection;
+    viewport()->update();
     updateActions();
+    Q_EMIT selectionChanged();
 }
 
-void Preview::updateIcons()
+void Preview::followLink(const QString &target)
 {
-    for (size_t i = 0; i < kCommandCount; ++i)
-        m_actions[i]->setIcon(icon(QLatin1StringView(kCommands[i].name), palette()));
-}
-
-void Preview::updateActions()
-{
-    const bool hasPages = pageCount() > 0;
-    action(Command::FirstPage)->setEnabled(m_currentPage > 0);
-    action(Command::PreviousPage)->setEnabled(m_currentPage > 0);
-    action(Command::NextPage)->setEnabled(hasPages && m_currentPage < pageCount() - 1);
-    action(Command::LastPage)->setEnabled(hasPages && m_currentPage < pageCount() - 1);
-    action(Command::ZoomIn)->setEnabled(hasPages && m_zoomPercent < kMostZoom);
-    action(Command::ZoomOut)->setEnabled(hasPages && m_zoomPercent > kLeastZoom);
-    action(Command::ActualSize)->setEnabled(hasPages);
-}
-
-void Preview::run(Command command)
-{
-    switch (command) {
-    case Command::FirstPage:
-        return goToPage(0);
-    case Command::PreviousPage:
-        return goToPage(m_currentPage - 1);
-    case Command::NextPage:
-        return goToPage(m_currentPage + 1);
-    case Command::LastPage:
-        return goToPage(pageCount() - 1);
-    case Command::ZoomIn:
-        return zoomIn();
-    case Command::ZoomOut:
-        return zoomOut();
-    case Command::ActualSize:
-        return setZoomPercent(100);
-    }
+    const auto sayAtPointer
+        = [this](const QString &words) { QToolTip::showText(QCursor::pos(), words, viewport()); };
+    if (const std::optional<QUrl> address = webAddress(target))
+        return Q_EMIT webLinkActivated(*address);
+    if (const std::optional<Bookmark> bookmark = bookmarkOf(*m_document, target))
+        return goToPlace(bookmark->page, bookmark->top);
+    if (target.startsWith(u'#'))
+        return sayAtPointer(
+            tr("The link leads to “%1”, which is not in this report.").arg(target.mid(1)));
+    sayAtPointer(tr("“%1” was not opened: links may lead to http, https and mailto addresses only.")
+                     .arg(target));
 }
 
 PageSet Preview::pages() const
 {
     if (!m_document)
         return {};
-    return {m_document->pageCount(), m_document->paperWidth, m_document->paperHeight};
+    const bool isSingle = m_viewMode == ViewMode::SinglePage && pageCount() > 0;
+    return {isSingle ? 1 : pageCount(), m_document->paperWidth, m_document->paperHeight,
+        isSingle ? std::max(0, m_currentPage) : 0};
 }
 
 double Preview::pixelsPerTwip(double percent) const
@@ -319,13 +185,13 @@ double Preview::fittingPercent() const
     const double scale = m_zoomMode == ZoomMode::PageWidth
         ? scaleToWidth(pages(), maximumViewportSize(), scrollBar)
         : scaleToPage(pages(), maximumViewportSize(), scrollBar);
-    return std::clamp(scale / pixelsPerTwip(1), kLeastZoom, kMostZoom);
+    return std::clamp(scale / pixelsPerTwip(1), ViewSettings::kLeastZoom, ViewSettings::kMostZoom);
 }
 
 void Preview::zoomAround(double percent, QPointF viewportPoint)
 {
     m_zoomMode = ZoomMode::Fixed;
-    layOut(std::clamp(percent, kLeastZoom, kMostZoom), viewportPoint);
+    layOut(std::clamp(percent, ViewSettings::kLeastZoom, ViewSettings::kMostZoom), viewportPoint);
     Q_EMIT zoomChanged();
 }
 
@@ -366,7 +232,8 @@ void Preview::updateScrollBars()
     horizontalScrollBar()->setRange(0, std::max(0, content.width() - view.width()));
 }
 
-/// What of the content stands in the viewport's upper left corner; negative where pages are centred.
+/// What of the content stands in the viewport's upper left corner; negative where pages are
+/// centred.
 QPoint Preview::contentOrigin() const
 {
     const int spare = std::max(0, viewport()->width() - m_layout.contentSize().width());
@@ -379,9 +246,46 @@ void Preview::scrollTo(QPointF content)
     verticalScrollBar()->setValue(int(std::lround(content.y())));
 }
 
+void Preview::scrollBy(QPoint pixels)
+{
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + pixels.x());
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + pixels.y());
+}
+
 void Preview::scrollVertically(int pixels)
 {
-    verticalScrollBar()->setValue(verticalScrollBar()->value() + pixels);
+    const int before = verticalScrollBar()->value();
+    verticalScrollBar()->setValue(before + pixels);
+    if (verticalScrollBar()->value() == before && m_viewMode == ViewMode::SinglePage)
+        turnPage(pixels > 0 ? 1 : -1);
+}
+
+/// Goes on reading, or back, beyond the end of a page that is shown alone.
+void Preview::turnPage(int step)
+{
+    const int page = m_currentPage;
+    goToPage(page + step);
+    if (step < 0 && m_currentPage != page)
+        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+}
+
+/// Scrolls as little as is needed; what was out of sight comes to stand in the upper part of the
+/// view.
+void Preview::showArea(int page, const QRectF &twips)
+{
+    if (m_viewMode == ViewMode::SinglePage)
+        goToPage(page);
+    const double scale = m_layout.pixelsPerTwip();
+    const QRectF area = QRectF(twips.topLeft() * scale, twips.size() * scale)
+                            .translated(m_layout.pageRect(page).topLeft());
+    const QRectF view(contentOrigin(), viewport()->size());
+    QPointF origin(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    if (area.top() < view.top() || area.bottom() > view.bottom())
+        origin.setY(area.top() - view.height() * kHitFromTop);
+    if (area.left() < view.left() || area.right() > view.right())
+        origin.setX(std::min(
+            area.left() - kHitMargin, std::max(area.right() + kHitMargin - view.width(), 0.0)));
+    scrollTo(origin);
 }
 
 bool Preview::isOnScreen(int page) const
@@ -396,7 +300,14 @@ void Preview::setCurrentPage(int page)
     if (page == m_currentPage)
         return;
     m_currentPage = page;
-    setAccessibleDescription(page < 0 ? QString() : tr("Page %1 of %2").arg(page + 1).arg(pageCount()));
+    if (m_viewMode == ViewMode::SinglePage) {
+        m_layout = PreviewLayout(pages(), m_layout.pixelsPerTwip());
+        viewport()->update();
+    }
+    QAccessibleEvent newText(this, QAccessible::ValueChanged);
+    QAccessible::updateAccessibility(&newText);
+    setAccessibleDescription(
+        page < 0 ? QString() : tr("Page %1 of %2").arg(page + 1).arg(pageCount()));
     updateActions();
     Q_EMIT currentPageChanged(page);
 }

@@ -1,31 +1,33 @@
 #pragma once
 
 #include "platform/painting/page_painter.h"
+#include "platform/preview/preview_commands.h"
 #include "platform/preview/preview_layout.h"
+#include "platform/preview/text_selection.h"
+#include "platform/preview/view_settings.h"
 
 #include <QtWidgets/QAbstractScrollArea>
 
 #include <array>
 
 class QAction;
+class QMenu;
+class QUrl;
 
 namespace corvane {
 
-enum class ZoomMode { Fixed, PageWidth, WholePage };
+class PreviewFinder;
+class PreviewPointer;
 
-/// Shows a finished document as sheets of white paper on a grey ground, scrolling through all its pages.
-/// Draws only what is visible, so its cost does not grow with the document. Pages count from 0.
+/// Shows a finished document as sheets of white paper on a grey ground, all below one another or
+/// one at a time. Draws only what is visible, so its cost does not grow with the document. Pages
+/// count from 0.
 class Preview : public QAbstractScrollArea
 {
     Q_OBJECT
 
 public:
-    static constexpr double kLeastZoom = 10;
-    static constexpr double kMostZoom = 500;
-
-    /// What the user can ask for by key or button; the actions follow what is possible at the moment.
-    enum class Command { FirstPage, PreviousPage, NextPage, LastPage, ZoomIn, ZoomOut, ActualSize };
-    static constexpr size_t kCommandCount = 7;
+    using Command = PreviewCommand;
 
     explicit Preview(QWidget *parent = nullptr);
 
@@ -35,7 +37,7 @@ public:
     /// The quiet text in place of a document.
     void setEmptyText(const QString &text);
 
-    int pageCount() const { return m_layout.pageCount(); }
+    int pageCount() const { return m_document ? m_document->pageCount() : 0; }
     /// -1 without pages.
     int currentPage() const { return m_currentPage; }
 
@@ -43,14 +45,36 @@ public:
     double zoomPercent() const { return m_zoomPercent; }
     /// Fits the page now and whenever the preview changes its size; Fixed keeps the present scale.
     void setZoomMode(ZoomMode mode);
-    /// Held between kLeastZoom and kMostZoom.
+    /// Held between ViewSettings::kLeastZoom and kMostZoom.
     void setZoomPercent(double percent);
+    /// The same, keeping in place what stands at a point of the viewport.
+    void zoomAround(double percent, QPointF viewportPoint);
+    ViewMode viewMode() const { return m_viewMode; }
+    void setViewMode(ViewMode mode);
 
     QAction *action(Command command) const { return m_actions[size_t(command)]; }
+    PreviewFinder &finder() const { return *m_finder; }
 
-    struct PaintCount {
+    /// A point on paper, in twips from the upper left corner of the page nearest to it; page -1
+    /// without pages.
+    struct PaperPoint
+    {
+        int page = -1;
+        QPointF at;
+    };
+    PaperPoint paperPointAt(QPointF viewportPoint) const;
+    void scrollBy(QPoint pixels);
+
+    const TextSelection &selection() const { return m_selection; }
+    void setSelection(const TextSelection &selection);
+    /// Goes to a bookmark, or lets the window open an address; says so where it can do neither.
+    void followLink(const QString &target);
+
+    struct PaintCount
+    {
         int pages = 0;
-        int operations = 0; ///< rectangles and text runs
+        int operations = 0; ///< rectangles, pictures and text runs
+        int marks = 0; ///< areas of hits and of the selection
     };
     /// What the last repaint drew; shows that nothing hidden is drawn.
     PaintCount lastPaint() const { return m_lastPaint; }
@@ -58,8 +82,11 @@ public:
     QSize sizeHint() const override { return {640, 800}; }
 
 public Q_SLOTS:
-    /// Brings the page to the top of the view, as far as the document's end allows. Out of range: nothing.
+    /// Brings the page to the top of the view, as far as the document's end allows. Out of range:
+    /// nothing.
     void goToPage(int page);
+    /// The same for a height on a page.
+    void goToPlace(int page, corvane::Twips top);
     void zoomIn();
     void zoomOut();
 
@@ -67,11 +94,23 @@ Q_SIGNALS:
     void documentChanged();
     void currentPageChanged(int page);
     void zoomChanged();
+    void viewModeChanged();
+    void selectionChanged();
+    /// A link to an address was clicked; only http, https and mailto.
+    void webLinkActivated(const QUrl &address);
 
 protected:
     bool event(QEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
@@ -82,34 +121,43 @@ private:
     void updateActions();
     void updateIcons();
     void run(Command command);
+    void fillMenu(QMenu &menu, const QString &link);
+    void copySelection();
 
     PageSet pages() const;
     double pixelsPerTwip(double percent) const;
     double fittingPercent() const;
-    void zoomAround(double percent, QPointF viewportPoint);
     void layOut(double percent, QPointF anchor);
     void refit();
     void updateScrollBars();
     QPoint contentOrigin() const;
     void scrollTo(QPointF content);
+    void showArea(int page, const QRectF &twips);
     void setCurrentPage(int page);
     void noteVisiblePage();
     void scrollVertically(int pixels);
+    void turnPage(int step);
     bool isOnScreen(int page) const;
 
     void paintSheet(QPainter &painter, int page, const QRect &exposed);
+    void paintMarksOn(QPainter &painter, int page);
     void paintEmptyText(QPainter &painter);
 
     DocumentPtr m_document;
     PagePainter m_painter;
     PreviewLayout m_layout;
+    TextSelection m_selection;
+    PreviewFinder *m_finder;
+    PreviewPointer *m_pointer;
     QString m_emptyText;
     ZoomMode m_zoomMode = ZoomMode::PageWidth;
+    ViewMode m_viewMode = ViewMode::Continuous;
     double m_zoomPercent = 100;
     int m_currentPage = -1;
+    int m_wheelRest = 0; ///< turned beyond the end of a single page
     bool m_placing = false; ///< scroll bars move by the program's own hand
     PaintCount m_lastPaint;
-    std::array<QAction *, kCommandCount> m_actions {};
+    std::array<QAction *, kPreviewCommandCount> m_actions{};
 };
 
 } // namespace corvane

@@ -1,5 +1,7 @@
 #include "platform/preview/preview_bar.h"
 
+#include "platform/preview/find_box.h"
+
 #include <QtGui/QAction>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QFrame>
@@ -15,7 +17,7 @@ namespace corvane {
 namespace {
 
 constexpr int kIconSize = 16;
-constexpr int kPresets[] {50, 75, 100, 125, 150, 200, 400};
+constexpr int kPresets[]{50, 75, 100, 125, 150, 200, 400};
 
 QString pageWidthText()
 {
@@ -50,16 +52,16 @@ std::optional<ZoomChoice> readZoom(QStringView text)
 {
     QStringView rest = text.trimmed();
     if (rest.compare(pageWidthText(), Qt::CaseInsensitive) == 0)
-        return ZoomChoice {.mode = ZoomMode::PageWidth};
+        return ZoomChoice{.mode = ZoomMode::PageWidth};
     if (rest.compare(wholePageText(), Qt::CaseInsensitive) == 0)
-        return ZoomChoice {.mode = ZoomMode::WholePage};
+        return ZoomChoice{.mode = ZoomMode::WholePage};
     if (rest.endsWith(u'%'))
         rest = rest.chopped(1).trimmed();
     bool isNumber = false;
     const double percent = rest.toDouble(&isNumber);
     if (!isNumber || !std::isfinite(percent) || percent <= 0)
         return std::nullopt;
-    return ZoomChoice {.percent = percent};
+    return ZoomChoice{.percent = percent};
 }
 
 PreviewBar::PreviewBar(Preview *preview, QWidget *parent)
@@ -69,6 +71,8 @@ PreviewBar::PreviewBar(Preview *preview, QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(8, 4, 8, 4);
     layout->setSpacing(4);
+    addButton(*layout, Preview::Command::SidePanel, QStringLiteral("sidePanel"));
+    addSeparator(*layout);
     addButton(*layout, Preview::Command::FirstPage, QStringLiteral("firstPage"));
     addButton(*layout, Preview::Command::PreviousPage, QStringLiteral("previousPage"));
     addPageBox(*layout);
@@ -78,8 +82,15 @@ PreviewBar::PreviewBar(Preview *preview, QWidget *parent)
     addButton(*layout, Preview::Command::ZoomOut, QStringLiteral("zoomOut"));
     addZoomBox(*layout);
     addButton(*layout, Preview::Command::ZoomIn, QStringLiteral("zoomIn"));
+    addButton(*layout, Preview::Command::SinglePage, QStringLiteral("singlePage"));
+    addSeparator(*layout);
+    layout->addWidget(new FindBox(m_preview, this), 1);
     layout->addStretch();
 
+    connect(m_preview->action(PreviewCommand::GoToPage), &QAction::triggered, m_pageBox, [this] {
+        m_pageBox->setFocus(Qt::ShortcutFocusReason);
+        m_pageBox->selectAll();
+    });
     connect(m_preview, &Preview::documentChanged, this, &PreviewBar::showPageCount);
     connect(m_preview, &Preview::currentPageChanged, this, &PreviewBar::showPage);
     connect(m_preview, &Preview::zoomChanged, this, &PreviewBar::showZoom);
@@ -103,7 +114,7 @@ void PreviewBar::addPageBox(QHBoxLayout &layout)
     m_pageBox = new QLineEdit(this);
     m_pageBox->setObjectName(QStringLiteral("pageBox"));
     m_pageBox->setAccessibleName(tr("Page"));
-    m_pageBox->setToolTip(tr("Page to go to (Enter)"));
+    m_pageBox->setToolTip(tr("Page to go to (Ctrl+G, then Enter)"));
     m_pageBox->setAlignment(Qt::AlignRight);
     m_pageCount = new QLabel(this);
     m_pageCount->setObjectName(QStringLiteral("pageCount"));
@@ -121,6 +132,7 @@ void PreviewBar::addZoomBox(QHBoxLayout &layout)
     m_zoomBox->setAccessibleName(tr("Zoom"));
     m_zoomBox->setToolTip(tr("Zoom (Ctrl and the mouse wheel, Ctrl+0 for 100 %)"));
     m_zoomBox->setEditable(true);
+    m_zoomBox->lineEdit()->setAccessibleName(tr("Zoom"));
     m_zoomBox->setInsertPolicy(QComboBox::NoInsert);
     m_zoomBox->setCompleter(nullptr);
     m_zoomBox->setSizeAdjustPolicy(QComboBox::AdjustToContents);

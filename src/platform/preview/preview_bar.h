@@ -14,7 +14,8 @@ class QLineEdit;
 namespace corvane {
 
 /// A scale as the zoom box takes it.
-struct ZoomChoice {
+struct ZoomChoice
+{
     ZoomMode mode = ZoomMode::Fixed;
     double percent = 100; ///< of a fixed scale
 

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QtWidgets/QWidget>
+
+class QLabel;
+class QLineEdit;
+class QToolButton;
+
+namespace corvane {
+
+class Preview;
+
+/// The search in a preview: what to look for, whether the case matters, how many hits, to and fro.
+class FindBox : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// The preview must outlive the box.
+    explicit FindBox(Preview *preview, QWidget *parent = nullptr);
+
+    /// Takes the focus, with what the user has selected on the page where that is one line.
+    void start();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QToolButton *addButton(const QString &objectName);
+    void find();
+    void showState();
+    void end();
+
+    Preview *m_preview;
+    QLineEdit *m_text;
+    QToolButton *m_matchCase;
+    QLabel *m_state;
+};
+
+} // namespace corvane

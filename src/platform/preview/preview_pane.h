@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/preview/view_settings.h"
+
+#include <QtWidgets/QWidget>
+
+class QSettings;
+class QSplitter;
+
+namespace corvane {
+
+class Preview;
+class SidePanel;
+
+/// The preview with all that belongs to it: the bar above, the panel beside. Follows the user's
+/// view settings and, once it is given a store, keeps them there.
+class PreviewPane : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PreviewPane(QWidget *parent = nullptr);
+
+    Preview *preview() const { return m_preview; }
+
+    ViewSettings viewSettings() const;
+    void setViewSettings(const ViewSettings &settings);
+    /// Takes the settings from a store, which must outlive the pane, and writes every change to it.
+    void keepViewSettings(QSettings &store);
+
+private:
+    void showSidePanel();
+    void toggleSidePanel(bool on);
+    void keep();
+
+    Preview *m_preview;
+    QSplitter *m_splitter;
+    SidePanel *m_side;
+    QSettings *m_store = nullptr;
+    ViewSettings m_kept; ///< as the store has them
+    bool m_sideWanted = true;
+    int m_sideWidth = ViewSettings().sideWidth;
+};
+
+} // namespace corvane
