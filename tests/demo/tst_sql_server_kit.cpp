@@ -130,7 +130,7 @@ void tst_sql_server_kit::comparisonTellsSameFromDifferent()
 {
     QByteArray output;
     QVERIFY2(compare(&output) == 0, output.constData());
-    QCOMPARE(output.count("\nsame     "), 16);
+    QCOMPARE(output.count("\nsame     "), 21);
     const Database clinic = opened(m_demo.file(QStringLiteral("Data/Clinic.db")));
     QCOMPARE(sqlite3_exec(clinic.get(),
                  "UPDATE patient_info SET phone = '555' WHERE id = (SELECT min(id) FROM "
