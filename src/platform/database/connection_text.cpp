@@ -9,7 +9,7 @@ namespace corvane {
 
 namespace {
 
-enum class Keyword { Provider, DataSource, Catalogue, UserId, Password, Trusted };
+enum class Keyword { Provider, DataSource, Catalogue, UserId, Password, Trusted, Encrypt, TrustCertificate };
 
 struct Synonym {
     QLatin1StringView word;
@@ -29,6 +29,10 @@ constexpr std::array kSynonyms {
     Synonym {QLatin1StringView("pwd"), Keyword::Password},
     Synonym {QLatin1StringView("integrated security"), Keyword::Trusted},
     Synonym {QLatin1StringView("trusted_connection"), Keyword::Trusted},
+    Synonym {QLatin1StringView("encrypt"), Keyword::Encrypt},
+    Synonym {QLatin1StringView("use encryption for data"), Keyword::Encrypt},
+    Synonym {QLatin1StringView("trustservercertificate"), Keyword::TrustCertificate},
+    Synonym {QLatin1StringView("trust server certificate"), Keyword::TrustCertificate},
 };
 
 bool isYes(QStringView value)
@@ -37,6 +41,26 @@ bool isYes(QStringView value)
         QLatin1StringView("sspi"), QLatin1StringView("true"), QLatin1StringView("yes")};
     return std::ranges::any_of(
         kYes, [&](auto word) { return value.compare(word, Qt::CaseInsensitive) == 0; });
+}
+
+/// "Mandatory" and "Optional" are the vendor's newer words. What is not known asks for encryption.
+Encryption encryptionOf(QStringView value)
+{
+    constexpr std::array kOff {
+        QLatin1StringView("no"), QLatin1StringView("false"), QLatin1StringView("optional")};
+    if (std::ranges::any_of(kOff, [&](auto word) { return value.compare(word, Qt::CaseInsensitive) == 0; }))
+        return Encryption::Off;
+    return value.compare(u"strict", Qt::CaseInsensitive) == 0 ? Encryption::Strict : Encryption::On;
+}
+
+void setFlag(ConnectionText &text, Keyword keyword, QStringView value)
+{
+    if (keyword == Keyword::Trusted)
+        text.integratedSecurity = isYes(value);
+    else if (keyword == Keyword::Encrypt)
+        text.encryption = encryptionOf(value);
+    else
+        text.trustServerCertificate = isYes(value);
 }
 
 QString *target(ConnectionText &text, Keyword keyword)
@@ -53,6 +77,8 @@ QString *target(ConnectionText &text, Keyword keyword)
     case Keyword::Password:
         return &text.password;
     case Keyword::Trusted:
+    case Keyword::Encrypt:
+    case Keyword::TrustCertificate:
         break;
     }
     return nullptr;
@@ -81,7 +107,7 @@ ConnectionText parseConnectionText(QStringView text)
         if (QString *field = target(result, known->keyword))
             *field = value.toString();
         else
-            result.integratedSecurity = isYes(value.trimmed());
+            setFlag(result, known->keyword, value.trimmed());
     }
     return result;
 }

@@ -4,6 +4,9 @@
 
 namespace corvane {
 
+/// What a connection text says of encryption: mostly nothing.
+enum class Encryption { DriverDefault, Off, On, Strict };
+
 /// A connection text read once: "Keyword=value;" pieces, keywords without regard to case and with
 /// their synonyms. The first piece of a meaning wins; unknown keywords are passed over.
 struct ConnectionText {
@@ -13,6 +16,8 @@ struct ConnectionText {
     QString userId;         ///< User Id, UID
     QString password;       ///< Password, PWD
     bool integratedSecurity = false; ///< Integrated Security=SSPI/True/Yes, Trusted_Connection=Yes
+    Encryption encryption = Encryption::DriverDefault; ///< Encrypt=yes/no/strict, Use Encryption for Data
+    bool trustServerCertificate = false; ///< TrustServerCertificate, Trust Server Certificate
 
     bool operator==(const ConnectionText &) const = default;
 };

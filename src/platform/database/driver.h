@@ -9,10 +9,18 @@
 
 namespace corvane {
 
-/// Where drivers look for files and how they read date literals; the same for every connection.
+/// How long a driver waits, in seconds; 0 for ever.
+struct TimeOuts {
+    int login = 15;
+    int query = 0;
+    bool operator==(const TimeOuts &) const = default;
+};
+
+/// Where drivers look for files, how they read date literals, how long they wait.
 struct DriverSettings {
     QString programFolder;
     int dateOrder = 0; ///< 0 month-day-year, 1 day-month-year, 2 year-month-day
+    TimeOuts timeOuts {}; ///< only for servers
 };
 
 /// One open session with one kind of database. Closing happens on destruction.

@@ -2,10 +2,11 @@
 
 namespace corvane {
 
-DatabaseError::DatabaseError(int number, QString description, FailureCause cause)
+DatabaseError::DatabaseError(int number, QString description, FailureCause cause, QString state)
     : m_number(number)
     , m_description(std::move(description))
     , m_cause(cause)
+    , m_state(std::move(state))
     , m_utf8(m_description.toUtf8())
 {
 }

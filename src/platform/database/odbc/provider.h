@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/database/connection_text.h"
-
 #include <QtCore/QStringList>
 
 namespace corvane::odbc {
@@ -11,13 +9,7 @@ namespace corvane::odbc {
 /// Provider, which lists the drivers, when there is none.
 QString driverFor(const QString &provider, const QStringList &installed);
 
-/// The driver manager's connection text without the user and the password.
-QString serverKeywords(const QString &driver, const ConnectionText &text);
-
-/// A keyword's value, in braces where it needs them, so that it can end in no keyword of its own.
-QString keywordValue(const QString &value);
-
-/// The driver's words without the password, in case it repeats what it was given.
-QString withoutPassword(QString message, const QString &password);
+/// NN of "ODBC Driver NN for SQL Server"; -1 for any other driver.
+int vendorVersion(const QString &driver);
 
 } // namespace corvane::odbc
