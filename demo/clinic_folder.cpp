@@ -2,6 +2,7 @@
 
 #include "demo/clinic.h"
 #include "demo/databases.h"
+#include "demo/sql_script.h"
 
 #include "shared/code_page.h"
 #include "shared/scramble.h"
@@ -136,6 +137,18 @@ void writeClinicFolder(const QString &folder, int patientCount)
     files.add(QStringLiteral("Data/Halvern.db"), secondDatabase(clinic));
     for (const QString &name : QDir(kReports).entryList(QDir::Files, QDir::Name))
         files.add(u"Reports/" + name, builtInReport(name));
+    files.commit();
+}
+
+void writeClinicScript(const QString &folder, int patientCount)
+{
+    makeFolder(folder);
+    const Clinic clinic = makeClinic(patientCount);
+    constexpr QByteArrayView kUtf8Mark("\xef\xbb\xbf"); // the server's client asks for it
+    NewFiles files(folder);
+    files.add(QStringLiteral("clinic.sql"),
+        kUtf8Mark.toByteArray() + sqlScript("Clinic", mainDatabase(clinic))
+            + sqlScript("Halvern", secondDatabase(clinic)));
     files.commit();
 }
 

@@ -22,4 +22,8 @@ public:
 /// @throws FolderError
 void writeClinicFolder(const QString &folder, int patientCount);
 
+/// Writes clinic.sql: both databases as statements for SQL Server, and nothing else.
+/// @throws FolderError
+void writeClinicScript(const QString &folder, int patientCount);
+
 } // namespace corvane::demo

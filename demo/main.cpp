@@ -23,6 +23,7 @@ struct Order
 {
     QString folder;
     int patients = kDefaultPatients;
+    bool asScript = false;
 };
 
 void say(FILE *stream, const QString &text)
@@ -42,6 +43,8 @@ void describe(QCommandLineParser &parser)
             .arg(kMostPatients)
             .arg(kDefaultPatients),
         QStringLiteral("N")});
+    parser.addOption({QStringLiteral("sql"),
+        QStringLiteral("Writes clinic.sql alone: the databases as statements for SQL Server.")});
     parser.addPositionalArgument(QStringLiteral("DIR"),
         QStringLiteral("The folder, made when missing."), QStringLiteral("DIR"));
 }
@@ -55,6 +58,7 @@ std::optional<Order> read(const QCommandLineParser &parser, QString &fault)
         return std::nullopt;
     }
     Order order{places.first()};
+    order.asScript = parser.isSet(QStringLiteral("sql"));
     if (!parser.isSet(QStringLiteral("patients")))
         return order;
     bool isNumber = false;
@@ -68,7 +72,8 @@ std::optional<Order> read(const QCommandLineParser &parser, QString &fault)
 int write(const Order &order)
 {
     try {
-        demo::writeClinicFolder(order.folder, order.patients);
+        const auto writeOrder = order.asScript ? demo::writeClinicScript : demo::writeClinicFolder;
+        writeOrder(order.folder, order.patients);
     } catch (const demo::FolderError &error) {
         say(stderr, u"corvane-demo-clinic: " + error.sentence());
         return kFailed;

@@ -9,6 +9,7 @@ namespace corvane {
 namespace {
 
 const QString kRun = QStringLiteral("run");
+const QString kDoctor = QStringLiteral("doctor");
 const QString kRecSrcTrue = QStringLiteral("RecSrcTrue");
 
 void addOptions(QCommandLineParser &parser)
@@ -58,13 +59,20 @@ std::variant<BatchOptions, UsageFault> parseBatchOptions(const QStringList &argu
     QStringList words = parser.positionalArguments();
     BatchOptions options;
     options.recSrcTrue = words.removeAll(kRecSrcTrue) > 0;
+    options.folder = parser.value(QStringLiteral("folder"));
+    if (words.value(0) == kDoctor) {
+        options.command = BatchCommand::Doctor;
+        const bool folderAlone = parser.optionNames() == (parser.isSet(QStringLiteral("folder")) ? QStringList(QStringLiteral("folder")) : QStringList());
+        if (words.size() != 1 || !folderAlone)
+            return UsageFault {QStringLiteral("\"doctor\" takes --folder DIR and nothing else.")};
+        return options;
+    }
     if (words.value(0) != kRun)
         return UsageFault {words.isEmpty() ? QStringLiteral("The command is missing.")
                                            : QStringLiteral("\"%1\" is no command of this version.").arg(words[0])};
     if (words.size() != 2)
         return UsageFault {QStringLiteral("Name one report to run.")};
     options.report = words[1];
-    options.folder = parser.value(QStringLiteral("folder"));
     options.user = parser.value(QStringLiteral("user"));
     options.patient = parser.value(QStringLiteral("patient"));
     options.passwordFromInput = parser.isSet(QStringLiteral("password-stdin"));
@@ -94,6 +102,7 @@ QString batchUsage()
         "    [--from DATE] [--to DATE] [--patient ID]\n"
         "    [--date1 DATE] [--date2 DATE] [--select VALUE]... | --select-all\n"
         "    [--pdf FILE] [--text FILE] [--timings]\n"
+        "corvane-batch doctor [--folder DIR]\n"
         "\n"
         "REPORT     a name from the list of reports, or a path to a report file\n"
         "--folder   the program folder, which holds corvane.ini; default: the program's own\n"
@@ -105,6 +114,8 @@ QString batchUsage()
         "           selection questions; default of the dates: the report's own\n"
         "--pdf --text  the files to write\n"
         "--timings  one line with the stages' times on standard error\n"
+        "\n"
+        "doctor     tries the connections of corvane.ini step by step and prints each\n"
         "\n"
         "Exit status: 0 done, 1 the report failed, 2 usage or a missing answer,\n"
         "3 logon or rights refused, 4 no corvane.ini or no connection.\n");

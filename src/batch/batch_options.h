@@ -9,8 +9,11 @@
 
 namespace corvane {
 
-/// What `corvane-batch run` was asked for.
+enum class BatchCommand { Run, Doctor };
+
+/// What `corvane-batch` was asked for.
 struct BatchOptions {
+    BatchCommand command = BatchCommand::Run;
     QString report;
     QString folder; ///< the program folder
     QString user;

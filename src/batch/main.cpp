@@ -1,3 +1,4 @@
+#include "batch/batch_doctor.h"
 #include "batch/batch_options.h"
 #include "batch/batch_run.h"
 #include "batch/console_host.h"
@@ -83,6 +84,8 @@ int main(int argc, char **argv)
     auto &options = std::get<BatchOptions>(parsed);
     if (options.folder.isEmpty())
         options.folder = QCoreApplication::applicationDirPath();
+    if (options.command == BatchCommand::Doctor)
+        return runDoctor(options.folder, getDateOrder(locale));
     const QString password = options.passwordFromInput ? readPasswordLine() : variable;
     return runBatch(options, password, QDateTime::currentDateTime(), locale);
 }

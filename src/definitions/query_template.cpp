@@ -53,6 +53,8 @@ bool TestSQL(Reportr &state, MessageBoxes &boxes, const QString &szsql)
     } catch (const DatabaseError &error) {
         boxes.message(QStringLiteral("Error in SQL Query. ") + error.description(), MessageFlags::Exclamation,
             QStringLiteral("SQL Error"));
+        if (const QString advice = state.advice(error.cause(), state.gConn->connectionText()); !advice.isEmpty())
+            boxes.message(advice, MessageFlags::Information, QStringLiteral("SQL Error"));
         return false;
     }
 }

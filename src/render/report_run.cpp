@@ -108,7 +108,7 @@ RunResult ReportRun::runGuarded()
             return fail(0, reason);
         return runByKind();
     } catch (const DatabaseError &error) {
-        return fail(error.number(), error.description());
+        return fail(error);
     } catch (const RunTimeFault &fault) {
         return fail(fault.number(), fault.description());
     } catch (const ComposeError &error) {
@@ -142,6 +142,16 @@ RunResult ReportRun::refuseDesigned()
         MessageFlags::Information, kTitle);
     m_host.enableButton(RefreshButton, true);
     return RunResult::NotRun;
+}
+
+RunResult ReportRun::fail(const DatabaseError &error)
+{
+    const RunResult result = fail(error.number(), error.description());
+    const bool second = TabularDefinition(m_state.gRptFile).usesSecondDatabase();
+    const QString advice = m_state.advice(error.cause(), second ? m_state.gHvnConnectString : m_state.gConnectString);
+    if (!advice.isEmpty())
+        m_host.message(advice, MessageFlags::Information, kTitle);
+    return result;
 }
 
 RunResult ReportRun::fail(int number, const QString &description)

@@ -61,6 +61,8 @@ private:
     RunResult composeBody(TabularDefinition &definition);
     void setButtonsAfterRun(const TabularDefinition &definition);
 
+    /// The same, and which setting to look at where there is one.
+    RunResult fail(const DatabaseError &error);
     RunResult fail(int number, const QString &description);
     RunResult stop();
 

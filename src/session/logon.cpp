@@ -94,15 +94,17 @@ int reporterAccess(QStringView screenAccess)
 
 bool logOn(Reportr &state, MessageBoxes &boxes, const QString &userId, const QString &password)
 {
-    const auto show = [&](int number, const QString &description) {
+    const auto show = [&](int number, const QString &description, FailureCause cause = {}) {
         boxes.message(QStringLiteral("Error checking password! %1, %2").arg(number).arg(description),
             MessageFlags::OkOnly, {});
+        if (const QString advice = state.advice(cause, state.gConnectString); !advice.isEmpty())
+            boxes.message(advice, MessageFlags::Information, QStringLiteral("Corvane"));
         return false;
     };
     try {
         return checkLogon(state, boxes, userId, password);
     } catch (const DatabaseError &error) {
-        return show(error.number(), error.description());
+        return show(error.number(), error.description(), error.cause());
     } catch (const RunTimeFault &fault) {
         return show(fault.number(), fault.description());
     }

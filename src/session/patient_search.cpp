@@ -120,7 +120,7 @@ RowsetPtr PatientDatabase::open(const QString &query)
         return rows;
     }
     if (!m_own)
-        m_own = Connection::open(m_state.gConnectString, m_state.drivers());
+        m_own = Connection::open(m_state.gConnectString, m_state.drivers(m_state.gConnectString));
     RowsetPtr rows = m_own->openRowset(query);
     m_own->forgetResult();
     return rows;

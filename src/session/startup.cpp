@@ -2,6 +2,7 @@
 
 #include "platform/database/error.h"
 #include "session/configuration.h"
+#include "shared/connection_doctor.h"
 #include "shared/profile.h"
 #include "shared/reportr.h"
 #include "shared/run_time_fault.h"
@@ -15,6 +16,7 @@ const QString kTitle = QStringLiteral("Corvane");
 struct Failure {
     int number = 0;
     QString description;
+    FailureCause cause = FailureCause::Unknown;
 };
 
 /// Runs the attempt; the failure's number and words when it fails.
@@ -25,10 +27,18 @@ std::optional<Failure> failureOf(Attempt attempt)
         attempt();
         return std::nullopt;
     } catch (const DatabaseError &error) {
-        return Failure {error.number(), error.description()};
+        return Failure {error.number(), error.description(), error.cause()};
     } catch (const RunTimeFault &fault) {
-        return Failure {fault.number(), fault.description()};
+        return Failure {fault.number(), fault.description(), FailureCause::Logon};
     }
+}
+
+/// A message of its own behind the program's: that one stays as it is known.
+void advise(const Reportr &state, MessageBoxes &boxes, const Failure &failure, QStringView section)
+{
+    const QString advice = connectionAdvice(failure.cause, state.gIniFile, section);
+    if (!advice.isEmpty())
+        boxes.message(advice, MessageFlags::Information, kTitle);
 }
 
 bool openMain(Reportr &state, MessageBoxes &boxes)
@@ -42,6 +52,7 @@ bool openMain(Reportr &state, MessageBoxes &boxes)
         return true;
     boxes.message(QStringLiteral("Error connecting to database! %1, %2").arg(failure->number).arg(failure->description),
         MessageFlags::OkOnly, {});
+    advise(state, boxes, *failure, kMainSection);
     state.closeConn();
     return false;
 }
@@ -57,6 +68,8 @@ StartState connectDatabases(Reportr &state, MessageBoxes &boxes)
         return StartState::NoConfiguration;
     }
     state.gIniFile = iniFile;
+    state.mainTimeOuts = configuredTimeOuts(iniFile, kMainSection);
+    state.hvnTimeOuts = configuredTimeOuts(iniFile, kSecondSection);
     if (ReadINI(iniFile, u"SQLServer", u"DataSource").isEmpty()) {
         boxes.message(QStringLiteral("Setup server location and database logon to connect to Corvane Database. "
                                      "Go to Network Setup from Setup menu."),
@@ -78,6 +91,7 @@ QString getHvnConnect(Reportr &state, MessageBoxes &boxes)
     if (failure) {
         boxes.message(QStringLiteral("Error connecting to HVN database. %1[%2]").arg(failure->description).arg(failure->number),
             MessageFlags::OkOnly, {});
+        advise(state, boxes, *failure, kSecondSection);
         return {};
     }
     return testConnect(state, boxes, connectString, TestedDatabase::Second) ? connectString : QString();
@@ -85,7 +99,10 @@ QString getHvnConnect(Reportr &state, MessageBoxes &boxes)
 
 bool testConnect(const Reportr &state, MessageBoxes &boxes, const QString &connectString, TestedDatabase selector)
 {
-    const auto failure = failureOf([&] { Connection::open(connectString, state.drivers()); });
+    DriverSettings settings = state.drivers(connectString);
+    if (selector == TestedDatabase::Second) // its text is not kept before the test is passed
+        settings.timeOuts = state.hvnTimeOuts;
+    const auto failure = failureOf([&] { Connection::open(connectString, settings); });
     if (!failure)
         return true;
     const QString name = selector == TestedDatabase::Main ? QStringLiteral("Corvane") : QStringLiteral("HVN");
@@ -93,6 +110,7 @@ bool testConnect(const Reportr &state, MessageBoxes &boxes, const QString &conne
                       .arg(name, failure->description)
                       .arg(failure->number),
         MessageFlags::OkOnly, {});
+    advise(state, boxes, *failure, selector == TestedDatabase::Main ? kMainSection : kSecondSection);
     return false;
 }
 

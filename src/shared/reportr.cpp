@@ -1,9 +1,16 @@
 #include "shared/reportr.h"
 
+#include "shared/connection_doctor.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
 namespace corvane {
+
+QString Reportr::advice(FailureCause cause, const QString &connectString) const
+{
+    return connectionAdvice(cause, gIniFile, isSecond(connectString) ? kSecondSection : kMainSection);
+}
 
 bool FileExists(const QString &path)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/database/connection.h"
+#include "platform/database/error.h"
 #include "platform/messages/message_boxes.h"
 
 #include <QtCore/QString>
@@ -27,12 +28,26 @@ struct Reportr {
     QString programFolder;
     bool loggedOn = false;
 
-    DriverSettings drivers() const { return {programFolder, gDateOrder}; }
+    TimeOuts mainTimeOuts;
+    TimeOuts hvnTimeOuts;
+
+    /// Whether a connection text is the second database's.
+    bool isSecond(const QString &connectString) const
+    {
+        return !gHvnConnectString.isEmpty() && connectString == gHvnConnectString && connectString != gConnectString;
+    }
+    /// How the connection with that text is opened.
+    DriverSettings drivers(const QString &connectString) const
+    {
+        return {programFolder, gDateOrder, isSecond(connectString) ? hvnTimeOuts : mainTimeOuts};
+    }
+    /// What to look at after a failure on that connection, as a sentence; empty: nothing in corvane.ini.
+    QString advice(FailureCause cause, const QString &connectString) const;
 
     /// Closes gConn if it is open.
     void closeConn() { gConn.reset(); }
     /// Opens gConn anew. @throws DatabaseError
-    void openConn(const QString &connectString) { gConn = Connection::open(connectString, drivers()); }
+    void openConn(const QString &connectString) { gConn = Connection::open(connectString, drivers(connectString)); }
 };
 
 /// Whether a file of that name exists; folders and unreachable drives do not count.

@@ -40,7 +40,7 @@ BodyResult getrs(const TabularRun &run, const QString &Spacing, const QString &H
         return BodyResult::QueryRefused;
     const RowsetPtr rows = run.state.gConn->openRowset(query);
     run.Adodc1.setRecordSource(query);
-    run.Adodc1.refresh(run.state.gConn.get(), run.state.drivers());
+    run.Adodc1.refresh(run.state.gConn.get(), run.state.drivers(run.Adodc1.connectionString()));
     run.timings.queryMs = timer.restart();
     run.timings.rows = rows->rowCount();
     build.writeRows(*rows);

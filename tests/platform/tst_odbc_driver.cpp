@@ -3,6 +3,7 @@
 #include "platform/database/error.h"
 #include "platform/database/odbc/keywords.h"
 #include "platform/database/odbc/provider.h"
+#include "support/failures.h"
 #include "support/suite.h"
 
 #include <QtCore/QElapsedTimer>
@@ -38,20 +39,6 @@ private:
 
     QTemporaryDir m_folder;
 };
-
-namespace {
-
-std::optional<DatabaseError> failureOf(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const DatabaseError &error) {
-        return error;
-    }
-    return {};
-}
-
-} // namespace
 
 std::unique_ptr<Connection> tst_odbc_driver::open() const
 {
@@ -109,7 +96,7 @@ void tst_odbc_driver::providers()
     QFETCH(QStringList, installed);
     QFETCH(QString, driver);
     QString chosen;
-    const auto failure = failureOf([&] { chosen = odbc::driverFor(provider, installed); });
+    const auto failure = test::databaseFailure([&] { chosen = odbc::driverFor(provider, installed); });
     QCOMPARE(chosen, driver);
     QCOMPARE(failure.has_value(), driver.isEmpty());
     if (!failure)
@@ -214,17 +201,17 @@ void tst_odbc_driver::failedQueries()
 {
     const auto connection = open();
     const auto failure
-        = failureOf([&] { connection->openRowset(QStringLiteral("SELECT * FROM nowhere")); });
+        = test::databaseFailure([&] { connection->openRowset(QStringLiteral("SELECT * FROM nowhere")); });
     QVERIFY(failure);
     QVERIFY2(failure->description().contains(u"no such table: nowhere"),
         qPrintable(failure->description()));
     QVERIFY(failure->number() != 0);
     const auto middle
-        = failureOf([&] { connection->openRowset(QStringLiteral("SELECT abs(n) FROM counts")); });
+        = test::databaseFailure([&] { connection->openRowset(QStringLiteral("SELECT abs(n) FROM counts")); });
     QVERIFY(middle);
     QVERIFY2(
         middle->description().contains(u"integer overflow"), qPrintable(middle->description()));
-    QVERIFY(failureOf([&] { connection->openRowset(QStringLiteral(" ")); }));
+    QVERIFY(test::databaseFailure([&] { connection->openRowset(QStringLiteral(" ")); }));
     QCOMPARE(connection->openRowset(QStringLiteral("SELECT n FROM counts"))->rowCount(), 4);
 }
 
@@ -261,7 +248,7 @@ void tst_odbc_driver::failedConnections()
     QFETCH(FailureCause, cause);
     QElapsedTimer clock;
     clock.start();
-    const auto failure = failureOf([&] { Connection::open(text, {}); });
+    const auto failure = test::databaseFailure([&] { Connection::open(text, {}); });
     QVERIFY(failure);
     QCOMPARE(failure->cause(), cause);
     QVERIFY(failure->number() != 0);

@@ -98,6 +98,7 @@ void tst_startup::endsInTheRightState_data()
                                          "Go to Network Setup from Setup menu.");
     const QString main = QStringLiteral("|0|Error connecting to database! ");
     const QString second = QStringLiteral("|0|Error connecting to HVN database. ");
+    const auto look = [](const char *key) -> QString { return QStringLiteral("Corvane|64|It is the ") + QString::fromLatin1(key); };
     const QByteArray good = "[SQLServer]\nDataSource=sqlite:../Data\nInitialCatalog=Clinic\n";
     const QByteArray bad = "[SQLServer]\nDataSource=sqlite:../Data\nInitialCatalog=None\n";
 
@@ -106,15 +107,15 @@ void tst_startup::endsInTheRightState_data()
     QTest::newRow("no server: the second is not even tried")
         << QByteArray("[SQLServer]\nInitialCatalog=Clinic\n") + kHvnMissing << int(StartState::NoConnection) << QStringList(setup);
     QTest::newRow("no second database") << good << int(StartState::Connected) << QStringList();
-    QTest::newRow("the second fails: the program goes on") << good + kHvnMissing << int(StartState::Connected) << QStringList(second);
-    QTest::newRow("main fails") << bad << int(StartState::NoConnection) << QStringList(main);
-    QTest::newRow("both fail, main first") << bad + kHvnMissing << int(StartState::NoConnection) << QStringList({main, second});
+    QTest::newRow("the second fails: the program goes on") << good + kHvnMissing << int(StartState::Connected) << QStringList({second, look("server name: no such place answers. Key Server in section [HALVERN] of corvane.ini says \"sqlite:Data\".")});
+    QTest::newRow("main fails") << bad << int(StartState::NoConnection) << QStringList({main, look("database")});
+    QTest::newRow("both fail, main first") << bad + kHvnMissing << int(StartState::NoConnection) << QStringList({main, look("database"), second, look("server name")});
     QTest::newRow("no such folder") << QByteArray("[SQLServer]\nDataSource=sqlite:nowhere\nInitialCatalog=Clinic\n")
-                                    << int(StartState::NoConnection) << QStringList(main);
+                                    << int(StartState::NoConnection) << QStringList({main, look("server name: no such place answers. Key DataSource in section [SQLServer] of corvane.ini says \"sqlite:nowhere\".")});
     QTest::newRow("an unknown provider") << QByteArray("[SQLServer]\nDataSource=HOST\nProvider=No Such Driver\n")
-                                         << int(StartState::NoConnection) << QStringList(main);
+                                         << int(StartState::NoConnection) << QStringList({main, look("driver. Key Provider in section [SQLServer] of corvane.ini says \"No Such Driver\".")});
     QTest::newRow("a password of the second that does not unscramble")
-        << good + "[HALVERN]\nServer=x\nPW=\x04\n" << int(StartState::Connected) << QStringList(second);
+        << good + "[HALVERN]\nServer=x\nPW=\x04\n" << int(StartState::Connected) << QStringList({second, look("logon. Key UID in section [HALVERN]")});
 }
 
 void tst_startup::endsInTheRightState()
@@ -144,9 +145,10 @@ void tst_startup::neverShowsAPasswordThatDoesNotUnscramble()
     Reportr state;
     state.programFolder = m_demo.file(QStringLiteral("secret"));
     QCOMPARE(connectDatabases(state, host), StartState::NoConnection);
-    QCOMPARE(host.messages.size(), 1);
+    QCOMPARE(host.messages.size(), 2);
     QVERIFY(host.messages[0].startsWith(QStringLiteral("|0|Error connecting to database! 5, ")));
-    QVERIFY(!host.messages[0].contains(QStringLiteral("secret")));
+    QVERIFY(host.messages[1].contains(QStringLiteral("The password stands scrambled in key Password.")));
+    QVERIFY(!host.messages.join(u' ').contains(QStringLiteral("secret")));
     QVERIFY(!state.gConn);
 }
 

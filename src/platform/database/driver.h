@@ -43,6 +43,17 @@ std::unique_ptr<Driver> openEmbedded(const ConnectionText &text, const DriverSet
 /// provider must be the name of an installed driver.
 std::unique_ptr<Driver> openOdbc(const ConnectionText &text, const DriverSettings &settings);
 
+/// Where openOdbc() goes for a connection text.
+struct ServerPlace {
+    QString driver;
+    QString host;             ///< empty: only the driver knows
+    int port = 0;             ///< 0: only the driver finds it, as for a named instance
+    QString certificateCheck; ///< what is done about the server's certificate, as half a sentence
+};
+
+/// DatabaseError with cause Provider when no driver serves the text.
+ServerPlace serverPlace(const ConnectionText &text);
+
 /// The names of the ODBC drivers that this system has.
 QStringList installedOdbcDrivers();
 

@@ -5,18 +5,26 @@
 #include "platform/database/odbc/keywords.h"
 #include "platform/database/odbc/provider.h"
 
+#include <chrono>
+#include <future>
+#include <thread>
+
 namespace corvane::odbc {
 
 namespace {
 
-class OdbcDriver final : public Driver
+/// How long a driver may take to report its own time-out before it is not waited for any more.
+constexpr std::chrono::seconds kGrace(5);
+
+/// An open session and what a query on it needs; closed when nobody uses it any more.
+class Link
 {
 public:
-    OdbcDriver(const ConnectionText &text, TimeOuts timeOuts);
-    ~OdbcDriver() override;
-    Q_DISABLE_COPY_MOVE(OdbcDriver)
+    Link(const QString &driver, const ConnectionText &text, TimeOuts timeOuts);
+    ~Link() { SQLDisconnect(m_session.get()); }
+    Q_DISABLE_COPY_MOVE(Link)
 
-    RowsetPtr query(const QString &sql) override;
+    RowsetPtr run(const QString &sql) const;
 
 private:
     template <typename AnyHandle> DatabaseError failure(const AnyHandle &handle) const
@@ -30,13 +38,12 @@ private:
     Session m_session;
 };
 
-OdbcDriver::OdbcDriver(const ConnectionText &text, TimeOuts timeOuts)
+Link::Link(const QString &driver, const ConnectionText &text, TimeOuts timeOuts)
     : m_password(text.password)
     , m_timeOuts(timeOuts)
     , m_environment(openEnvironment())
     , m_session(m_environment.get())
 {
-    const QString driver = driverFor(text.provider, installedOdbcDrivers());
     if (!m_session)
         throw DatabaseError(kConnectionError,
             QStringLiteral("The ODBC driver manager cannot be started."), FailureCause::Provider);
@@ -51,15 +58,8 @@ OdbcDriver::OdbcDriver(const ConnectionText &text, TimeOuts timeOuts)
         throw failure(m_session);
 }
 
-OdbcDriver::~OdbcDriver()
+RowsetPtr Link::run(const QString &sql) const
 {
-    SQLDisconnect(m_session.get());
-}
-
-RowsetPtr OdbcDriver::query(const QString &sql)
-{
-    if (sql.trimmed().isEmpty())
-        throw DatabaseError(kConnectionError, QStringLiteral("The query holds no statement."));
     const Statement statement(m_session.get());
     if (!statement)
         throw failure(m_session);
@@ -71,6 +71,54 @@ RowsetPtr OdbcDriver::query(const QString &sql)
     if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA)
         throw failure(statement);
     return fetchResult(m_session, statement, m_password);
+}
+
+class OdbcDriver final : public Driver
+{
+public:
+    OdbcDriver(const ConnectionText &text, TimeOuts timeOuts)
+        : m_timeOuts(timeOuts)
+        , m_link(std::make_shared<Link>(
+              driverFor(text.provider, installedOdbcDrivers()), text, timeOuts))
+    {
+    }
+
+    RowsetPtr query(const QString &sql) override;
+
+private:
+    RowsetPtr queryWithin(std::chrono::seconds most, const QString &sql);
+
+    TimeOuts m_timeOuts;
+    std::shared_ptr<Link> m_link; ///< null once it was given up
+};
+
+RowsetPtr OdbcDriver::query(const QString &sql)
+{
+    if (sql.trimmed().isEmpty())
+        throw DatabaseError(kConnectionError, QStringLiteral("The query holds no statement."));
+    if (!m_link)
+        throw DatabaseError(kConnectionError,
+            QStringLiteral("The connection was given up because the server did not answer."),
+            FailureCause::Lost);
+    if (m_timeOuts.query == 0)
+        return m_link->run(sql);
+    return queryWithin(std::chrono::seconds(m_timeOuts.query) + kGrace, sql);
+}
+
+/// Some drivers ask the server to mind the time: one that fell silent never ends the call. It is
+/// made on a thread of its own then, which keeps the session and is left alone when time is up.
+RowsetPtr OdbcDriver::queryWithin(std::chrono::seconds most, const QString &sql)
+{
+    std::packaged_task<RowsetPtr()> task([link = m_link, sql] { return link->run(sql); });
+    std::future<RowsetPtr> result = task.get_future();
+    std::thread(std::move(task)).detach();
+    if (result.wait_for(most) == std::future_status::ready)
+        return result.get();
+    m_link.reset();
+    throw DatabaseError(kConnectionError,
+        QStringLiteral("The server did not answer within %1 seconds, nor to the request to stop.")
+            .arg(m_timeOuts.query),
+        FailureCause::TimeOut);
 }
 
 } // namespace
