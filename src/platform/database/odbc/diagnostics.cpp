@@ -13,6 +13,7 @@ namespace {
 
 constexpr SQLSMALLINT kMostRecords = 100; // a driver that repeats one for ever ends here
 constexpr int kStatementTerminated = 3621; // the server adds it to the failure itself
+constexpr int kLoginFailed = 18456;
 
 struct NumberedCause
 {
@@ -22,7 +23,7 @@ struct NumberedCause
 
 /// Numbers of SQL Server's messages.
 constexpr std::array kNumbers{
-    NumberedCause{18456, FailureCause::Logon},
+    NumberedCause{kLoginFailed, FailureCause::Logon},
     NumberedCause{18452, FailureCause::Logon},
     NumberedCause{18487, FailureCause::Logon},
     NumberedCause{18488, FailureCause::Logon},
@@ -71,6 +72,7 @@ constexpr std::array kWords{
     WordedCause{QLatin1StringView("no route to host"), FailureCause::Server},
     WordedCause{QLatin1StringView("unreachable"), FailureCause::Server},
     WordedCause{QLatin1StringView("closed the connection"), FailureCause::Lost},
+    WordedCause{QLatin1StringView("unexpected eof"), FailureCause::Lost},
     WordedCause{QLatin1StringView("terminating connection"), FailureCause::Lost},
     WordedCause{QLatin1StringView("connection to the server"), FailureCause::Lost},
     WordedCause{QLatin1StringView("connection reset"), FailureCause::Lost},
@@ -81,6 +83,15 @@ constexpr std::array kWords{
 bool isRemark(const Diagnostic &record)
 {
     return record.state.startsWith(u"01") || record.state.startsWith(u"00");
+}
+
+/// A database that cannot be opened ends the logon too, and drivers may tell the end first.
+bool namesTheDatabase(const std::vector<Diagnostic> &records)
+{
+    return std::ranges::any_of(records, [](const Diagnostic &record) {
+        const auto known = std::ranges::find(kNumbers, record.number, &NumberedCause::number);
+        return known != kNumbers.end() && known->cause == FailureCause::Catalogue;
+    });
 }
 
 /// "[unixODBC][FreeTDS][SQL Server]Login failed" names the way that the words came.
@@ -119,17 +130,18 @@ bool holdsFailure(const std::vector<Diagnostic> &records)
 
 DatabaseError failureOf(const std::vector<Diagnostic> &records, const QString &password)
 {
-    const auto matters = [](const Diagnostic &record) {
+    const bool loginIsTheEnd = namesTheDatabase(records);
+    const auto matters = [loginIsTheEnd](const Diagnostic &record) {
         return !isRemark(record) && record.number != kStatementTerminated
-            && !record.words.isEmpty();
+            && !(loginIsTheEnd && record.number == kLoginFailed) && !record.words.isEmpty();
     };
     auto chosen = std::ranges::find_if(records, matters);
     if (chosen == records.end())
         chosen = records.begin();
     if (chosen == records.end())
         return {kConnectionError, QStringLiteral("The database driver failed and gave no reason.")};
-    // A driver may sum up first what a later record says closer.
-    FailureCause cause = FailureCause::Unknown;
+    // A driver may sum up first what a later record says closer, and call a failure a remark.
+    FailureCause cause = causeOf(*chosen);
     for (auto record = chosen; record != records.end() && cause == FailureCause::Unknown; ++record)
         if (matters(*record))
             cause = causeOf(*record);

@@ -78,6 +78,8 @@ void addDialect(Keywords &keywords, Dialect dialect, const ConnectionText &text)
     case Dialect::ServerVendor:
         return addVendorEncryption(keywords, text);
     case Dialect::FreeTds:
+        // Left to find the version, it begins anew after each time-out and waits for ever.
+        keywords.add(u"TDS_Version", QLatin1StringView("7.4"));
         return addFreeTdsEncryption(keywords, text);
     case Dialect::Postgres:
         addPostgresEncryption(keywords, text);
