@@ -20,7 +20,8 @@ public:
 
     /// What the main database is opened with.
     QString connectionText() const;
-    /// Replaces a line of corvane.ini, as in "UID=demo" by "UID=nobody"; qFatal when it is not there.
+    /// Replaces a line of corvane.ini, as in "UID=demo" by "UID=nobody"; qFatal when it is not
+    /// there.
     void changeConfiguration(const QByteArray &line, const QByteArray &other) const;
 
 private:

@@ -59,7 +59,8 @@ private:
 void tst_tds_faults::initTestCase()
 {
     m_clinic.folder().write(QStringLiteral("Reports/list.rpt"),
-        providerList().replace("provider_id, last_name FROM CorvaneDB.dbo.providers ORDER BY provider_id",
+        providerList().replace(
+            "provider_id, last_name FROM CorvaneDB.dbo.providers ORDER BY provider_id",
             "TOP 200 id, last_name, address, city FROM CorvaneDB.dbo.patient_info ORDER BY id"));
     m_report = m_clinic.folder().report(QStringLiteral("list.rpt"));
     m_program = std::make_unique<Program>(m_clinic.folder().path());
@@ -157,8 +158,9 @@ void tst_tds_faults::silenceEndsWithTheTimeOut()
     const auto query = failureOf([&] { connection->openRowset(QStringLiteral("SELECT 1 AS n")); });
     QVERIFY(query);
     QVERIFY2(query->cause() == FailureCause::TimeOut, qPrintable(query->description()));
-    const auto logon
-        = failureOf([&] { Connection::open(m_clinic.connectionText(), {{}, 0, {1, 1}}); });
+    const auto logon = failureOf([&] {
+        Connection::open(m_clinic.connectionText(), {{}, 0, {1, 1}});
+    });
     QVERIFY(logon);
     QVERIFY2(logon->cause() == FailureCause::TimeOut, qPrintable(logon->description()));
     QVERIFY2(clock.elapsed() < 15'000, qPrintable(QString::number(clock.elapsed())));

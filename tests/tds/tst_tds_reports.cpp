@@ -138,12 +138,12 @@ void tst_tds_reports::goesOnWithoutTheSecondDatabase_data()
     QTest::newRow("no such database")
         << QByteArray("DataSource=Halvern") << QByteArray("DataSource=Nowhere")
         << QStringLiteral("Cannot open database \"Nowhere\" requested by the login.");
-    QTest::newRow("wrong password")
-        << QByteArray("PW=" + scramblePW(u"demo").toLatin1())
-        << QByteArray("PW=" + scramblePW(u"other").toLatin1())
-        << QStringLiteral("Login failed for user 'demo'.");
-    QTest::newRow("not configured") << QByteArray("Server=" + m_clinic.server().address().toLatin1())
-                                    << QByteArray("Server=") << QString();
+    QTest::newRow("wrong password") << QByteArray("PW=" + scramblePW(u"demo").toLatin1())
+                                    << QByteArray("PW=" + scramblePW(u"other").toLatin1())
+                                    << QStringLiteral("Login failed for user 'demo'.");
+    QTest::newRow("not configured")
+        << QByteArray("Server=" + m_clinic.server().address().toLatin1()) << QByteArray("Server=")
+        << QString();
 }
 
 /// One message at the start; a report of that database ends without a word, the others run.

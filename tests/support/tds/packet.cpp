@@ -60,8 +60,8 @@ void PacketChannel::writePacket(const QByteArray &packet)
 {
     if (m_cutter.cutsHere())
         cut(QByteArrayView(packet).first(m_cutter.headerBytes()));
+    m_cutter.countPacket(); // before the client can know of it
     writeBytes(packet);
-    m_cutter.countPacket();
     if (m_cutter.cutsHere() && m_cutter.headerBytes() == 0)
         cut({});
 }
