@@ -24,6 +24,7 @@ struct Login
     QString applicationName;
     QString serverName;
     QString database;
+    bool isEncrypted = false; ///< as it arrived; the session tells it
 };
 
 /// WireFault when the message is none.

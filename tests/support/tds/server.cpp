@@ -97,6 +97,12 @@ QList<Login> Server::logins() const
     return m_logins;
 }
 
+QList<Login> Server::attempts() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_attempts;
+}
+
 void Server::noteRefused(const QString &what)
 {
     const std::lock_guard lock(m_mutex);
@@ -109,11 +115,11 @@ void Server::noteStatement(const QString &what)
     m_statements += what;
 }
 
-void Server::noteLogin(Login login)
+void Server::noteLogin(Login login, Logon logon)
 {
     login.password.clear();
     const std::lock_guard lock(m_mutex);
-    m_logins += login;
+    (logon == Logon::Accepted ? m_logins : m_attempts) += login;
 }
 
 } // namespace corvane::test::tds

@@ -54,12 +54,14 @@ public:
     QStringList refused() const;
     /// All statements and calls so far, in order.
     QStringList statements() const;
-    /// The accepted logons so far, without their passwords.
+    /// The logons so far, without their passwords: those accepted, and all that were tried.
     QList<Login> logins() const;
+    QList<Login> attempts() const;
 
     void noteRefused(const QString &what);
     void noteStatement(const QString &what);
-    void noteLogin(Login login);
+    enum class Logon { Tried, Accepted };
+    void noteLogin(Login login, Logon logon);
 
 private:
     struct Client
@@ -83,6 +85,7 @@ private:
     QStringList m_refused;
     QStringList m_statements;
     QList<Login> m_logins;
+    QList<Login> m_attempts;
     std::list<Client> m_clients;
     std::thread m_accepting;
 };

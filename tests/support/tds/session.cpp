@@ -140,7 +140,9 @@ bool Session::logIn()
         throw WireFault("no LOGIN7 message behind the pre-login");
     if (m_encryption == Encryption::Off)
         m_channel.endTls();
-    const Login login = readLogin(message.data);
+    Login login = readLogin(message.data);
+    login.isEncrypted = m_encryption != Encryption::NotSupported;
+    m_server.noteLogin(login, Server::Logon::Tried);
     if (login.version != kVersion74)
         throw WireFault("a protocol version other than 7.4");
     const auto user = m_server.settings().users.constFind(login.userName);
@@ -150,7 +152,7 @@ bool Session::logIn()
     }
     if (!openDatabase(login))
         return false;
-    m_server.noteLogin(login);
+    m_server.noteLogin(login, Server::Logon::Accepted);
     acceptLogin(login);
     return true;
 }
