@@ -24,6 +24,8 @@ private Q_SLOTS:
     void providers();
     void keywords_data();
     void keywords();
+    void keywordsOfEachDriver_data();
+    void keywordsOfEachDriver();
     void passwordsStayOut_data();
     void passwordsStayOut();
     void values();
@@ -96,7 +98,8 @@ void tst_odbc_driver::providers()
     QFETCH(QStringList, installed);
     QFETCH(QString, driver);
     QString chosen;
-    const auto failure = test::databaseFailure([&] { chosen = odbc::driverFor(provider, installed); });
+    const auto failure
+        = test::databaseFailure([&] { chosen = odbc::driverFor(provider, installed); });
     QCOMPARE(chosen, driver);
     QCOMPARE(failure.has_value(), driver.isEmpty());
     if (!failure)
@@ -138,6 +141,55 @@ void tst_odbc_driver::keywords()
     connection.userId = QStringLiteral("sa");
     connection.password = QStringLiteral("secret");
     QCOMPARE(odbc::serverKeywords(QStringLiteral("D"), connection), text);
+}
+
+void tst_odbc_driver::keywordsOfEachDriver_data()
+{
+    QTest::addColumn<QString>("driver");
+    QTest::addColumn<QString>("connection");
+    QTest::addColumn<QString>("keywords"); // behind the driver's name
+    const auto row
+        = [](const char *name, const char *driver, const char *connection, const char *keywords) {
+              QTest::newRow(name) << QString::fromLatin1(driver) << QString::fromLatin1(connection)
+                                  << QString::fromLatin1(keywords);
+          };
+    const char *vendor = "ODBC Driver 18 for SQL Server";
+    const char *postgres = "PostgreSQL Unicode";
+    const char *fixed = ";BoolsAsChar=0;LFConversion=0;UseDeclareFetch=0";
+    row("a port", "FreeTDS", "Server=HOST,1433", "Servername=HOST;Port=1433;TDS_Version=7.4");
+    row("an instance", "FreeTDS", "Server=HOST\\ONE", "Servername=HOST\\ONE;TDS_Version=7.4");
+    row("a port makes the instance needless", "FreeTDS", "Server=tcp:HOST\\ONE, 1500",
+        "Servername=HOST;Port=1500;TDS_Version=7.4");
+    row("this computer", "FreeTDS", "Server=(local)\\ONE;Database=C",
+        "Servername=localhost\\ONE;Database=C;TDS_Version=7.4");
+    row("encryption asked for", "FreeTDS", "Server=H;Encrypt=Mandatory;TrustServerCertificate=yes",
+        "Servername=H;TDS_Version=7.4;Encryption=require");
+    row("encryption strict", "FreeTDS", "Server=H;Encrypt=strict",
+        "Servername=H;TDS_Version=7.4;Encryption=strict");
+    row("the vendor's driver is never left to trust", vendor,
+        "Server=HOST\\ONE,1433;Integrated Security=SSPI",
+        "Server=HOST\\ONE,1433;Trusted_Connection=Yes;TrustServerCertificate=no");
+    row("trust asked for", vendor, "Server=H;Encrypt=True;Trust Server Certificate=True",
+        "Server=H;Encrypt=yes;TrustServerCertificate=yes");
+    row("no encryption", vendor, "Server=H;Use Encryption for Data=no",
+        "Server=H;Encrypt=no;TrustServerCertificate=no");
+    row("a checked certificate", postgres, "Server=H,5433;Encrypt=yes",
+        QByteArray(QByteArray("Server=H;Port=5433;SSLmode=verify-full") + fixed).constData());
+    row("encryption without a check", postgres, "Server=H;Encrypt=yes;TrustServerCertificate=yes",
+        QByteArray(QByteArray("Server=H;SSLmode=require") + fixed).constData());
+    row("another driver's own way of writing", "SQLite3", "Server=a,b\\c", "Server=a,b\\c");
+}
+
+void tst_odbc_driver::keywordsOfEachDriver()
+{
+    QFETCH(QString, driver);
+    QFETCH(QString, connection);
+    QFETCH(QString, keywords);
+    const QString expected = u"Driver={" % driver % u"};" % keywords;
+    QCOMPARE(odbc::serverKeywords(driver, parseConnectionText(connection)), expected);
+    QCOMPARE(
+        odbc::logonKeywords(driver, parseConnectionText(QString(connection % u";UID=sa;PWD=a}b"))),
+        QString(expected % u";UID=sa;PWD={a}}b}"));
 }
 
 void tst_odbc_driver::passwordsStayOut_data()
@@ -200,14 +252,14 @@ void tst_odbc_driver::bigResults()
 void tst_odbc_driver::failedQueries()
 {
     const auto connection = open();
-    const auto failure
-        = test::databaseFailure([&] { connection->openRowset(QStringLiteral("SELECT * FROM nowhere")); });
+    const auto failure = test::databaseFailure(
+        [&] { connection->openRowset(QStringLiteral("SELECT * FROM nowhere")); });
     QVERIFY(failure);
     QVERIFY2(failure->description().contains(u"no such table: nowhere"),
         qPrintable(failure->description()));
     QVERIFY(failure->number() != 0);
-    const auto middle
-        = test::databaseFailure([&] { connection->openRowset(QStringLiteral("SELECT abs(n) FROM counts")); });
+    const auto middle = test::databaseFailure(
+        [&] { connection->openRowset(QStringLiteral("SELECT abs(n) FROM counts")); });
     QVERIFY(middle);
     QVERIFY2(
         middle->description().contains(u"integer overflow"), qPrintable(middle->description()));

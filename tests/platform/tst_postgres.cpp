@@ -167,6 +167,9 @@ void tst_postgres::failuresSayStateAndWords_data()
         << QStringLiteral("SELECT ISNULL(room, '') FROM clinic.dbo.providers")
         << QStringLiteral("42883")
         << QStringLiteral("ERROR: function isnull(character varying, unknown) does not exist");
+    QTest::newRow("a column that is called like a failed connection")
+        << QStringLiteral("SELECT ssl_certificate_timeout FROM providers") << QStringLiteral("42703")
+        << QStringLiteral("ERROR: column \"ssl_certificate_timeout\" does not exist");
     QTest::newRow("among the rows")
         << QStringLiteral("SELECT 1 / (5000 - n) FROM generate_series(1, 10000) AS s(n)")
         << QStringLiteral("22012") << QStringLiteral("ERROR: division by zero");

@@ -17,8 +17,8 @@ struct ConnectionText {
     QString password;       ///< Password, PWD
     bool integratedSecurity = false; ///< Integrated Security=SSPI/True/Yes, Trusted_Connection=Yes
     Encryption encryption = Encryption::DriverDefault; ///< Encrypt=yes/no/strict, Use Encryption for Data
-    QString serverCertificate; ///< ServerCertificate: a PEM file to trust in place of the system's
     bool trustServerCertificate = false; ///< TrustServerCertificate, Trust Server Certificate
+    QString serverCertificate {}; ///< ServerCertificate: a PEM file to trust in place of the system's
 
     bool operator==(const ConnectionText &) const = default;
 };

@@ -127,7 +127,7 @@ Column describeColumn(const Statement &statement, SQLUSMALLINT number, const QSt
     SQLULEN size = 0;
     if (!SQL_SUCCEEDED(SQLDescribeColW(statement.get(), number, name, SQLSMALLINT(std::size(name)),
             &length, &type, &size, &digits, &nullable)))
-        throw failureOf(diagnostics(SQL_HANDLE_STMT, statement.get()), password);
+        throw failureOf(diagnostics(SQL_HANDLE_STMT, statement.get()), password, Phase::Running);
     const int kept = std::clamp<int>(length, 0, int(std::size(name)) - 1);
     Column column;
     column.name = QString::fromUtf16(reinterpret_cast<char16_t *>(name), kept);

@@ -71,14 +71,36 @@ constexpr std::array kWords{
     WordedCause{QLatin1StringView("connection refused"), FailureCause::Port},
     WordedCause{QLatin1StringView("no route to host"), FailureCause::Server},
     WordedCause{QLatin1StringView("unreachable"), FailureCause::Server},
-    WordedCause{QLatin1StringView("closed the connection"), FailureCause::Lost},
-    WordedCause{QLatin1StringView("unexpected eof"), FailureCause::Lost},
-    WordedCause{QLatin1StringView("terminating connection"), FailureCause::Lost},
-    WordedCause{QLatin1StringView("connection to the server"), FailureCause::Lost},
-    WordedCause{QLatin1StringView("connection reset"), FailureCause::Lost},
     WordedCause{QLatin1StringView("server is unavailable"), FailureCause::Server},
     WordedCause{QLatin1StringView("connect"), FailureCause::Server},
 };
+
+/// What drivers say of a connection that breaks in use.
+constexpr std::array kLostWords{
+    QLatin1StringView("closed the connection"),
+    QLatin1StringView("terminating connection"),
+    QLatin1StringView("connection to the server"),
+    QLatin1StringView("connection reset"),
+    QLatin1StringView("unexpected eof"),
+    QLatin1StringView("could not receive data"),
+    QLatin1StringView("could not send data"),
+};
+
+/// States of a server that is being shut down.
+constexpr std::array kLostStates{QLatin1StringView("08"), QLatin1StringView("57P0")};
+
+bool isLost(const Diagnostic &record, Phase phase)
+{
+    const auto begins = [&](auto state) { return record.state.startsWith(state); };
+    if (phase == Phase::Running && std::ranges::any_of(kLostStates, begins))
+        return true;
+    // FreeTDS calls a lost connection a remark, 01000.
+    const bool isGeneral = record.state.startsWith(u"HY") || record.state.startsWith(u"08")
+        || record.state == u"01000";
+    return isGeneral && std::ranges::any_of(kLostWords, [&](auto words) {
+        return record.words.contains(words, Qt::CaseInsensitive);
+    });
+}
 
 bool isRemark(const Diagnostic &record)
 {
@@ -128,7 +150,8 @@ bool holdsFailure(const std::vector<Diagnostic> &records)
     return !std::ranges::all_of(records, isRemark);
 }
 
-DatabaseError failureOf(const std::vector<Diagnostic> &records, const QString &password)
+DatabaseError failureOf(
+    const std::vector<Diagnostic> &records, const QString &password, Phase phase)
 {
     const bool loginIsTheEnd = namesTheDatabase(records);
     const auto matters = [loginIsTheEnd](const Diagnostic &record) {
@@ -141,15 +164,15 @@ DatabaseError failureOf(const std::vector<Diagnostic> &records, const QString &p
     if (chosen == records.end())
         return {kConnectionError, QStringLiteral("The database driver failed and gave no reason.")};
     // A driver may sum up first what a later record says closer, and call a failure a remark.
-    FailureCause cause = causeOf(*chosen);
+    FailureCause cause = causeOf(*chosen, phase);
     for (auto record = chosen; record != records.end() && cause == FailureCause::Unknown; ++record)
         if (matters(*record))
-            cause = causeOf(*record);
+            cause = causeOf(*record, phase);
     return {chosen->number != 0 ? chosen->number : kConnectionError,
         withoutPassword(chosen->words, password), cause, chosen->state};
 }
 
-FailureCause causeOf(const Diagnostic &record)
+FailureCause causeOf(const Diagnostic &record, Phase phase)
 {
     const auto numbered = std::ranges::find(kNumbers, record.number, &NumberedCause::number);
     if (numbered != kNumbers.end())
@@ -157,10 +180,14 @@ FailureCause causeOf(const Diagnostic &record)
     for (const WordedCause &known : kStates)
         if (record.state.startsWith(known.words))
             return known.cause;
+    if (isLost(record, phase))
+        return FailureCause::Lost;
+    if (phase == Phase::Running)
+        return FailureCause::Unknown;
     for (const WordedCause &known : kWords)
         if (record.words.contains(known.words, Qt::CaseInsensitive))
             return known.cause;
-    return record.state.startsWith(u"08") ? FailureCause::Lost : FailureCause::Unknown;
+    return FailureCause::Unknown;
 }
 
 } // namespace corvane::odbc

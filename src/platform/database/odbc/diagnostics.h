@@ -22,11 +22,15 @@ std::vector<Diagnostic> diagnostics(SQLSMALLINT type, SQLHANDLE handle);
 /// Whether a failure is among them: remarks and warnings are not.
 bool holdsFailure(const std::vector<Diagnostic> &records);
 
+/// A query's words are its author's: only while connecting do they say what it was about.
+enum class Phase { Connecting, Running };
+
 /// The failure that the records tell of: the first that is no warning and no mere consequence.
 /// The words never hold the password.
-DatabaseError failureOf(const std::vector<Diagnostic> &records, const QString &password);
+DatabaseError failureOf(
+    const std::vector<Diagnostic> &records, const QString &password, Phase phase);
 
 /// What a failure was about, by the server's number, the state and the words, in this order.
-FailureCause causeOf(const Diagnostic &record);
+FailureCause causeOf(const Diagnostic &record, Phase phase);
 
 } // namespace corvane::odbc

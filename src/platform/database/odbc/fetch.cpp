@@ -32,6 +32,7 @@ private:
     void bindBlock();
     /// How many rows the next block has; 0 at the end.
     size_t fetchBlock();
+    void checkAlive() const;
     void addCell(RowsetBuilder &builder, size_t column, size_t row);
     void addInPieces(RowsetBuilder &builder, size_t column, size_t row);
     bool nextResult();
@@ -41,7 +42,7 @@ private:
         if (!SQL_SUCCEEDED(code))
             fail();
     }
-    [[noreturn]] void fail() const { throw failureOf(reports(), m_password); }
+    [[noreturn]] void fail() const { throw failureOf(reports(), m_password, Phase::Running); }
     std::vector<Diagnostic> reports() const
     {
         return diagnostics(SQL_HANDLE_STMT, m_statement.get());
@@ -130,6 +131,7 @@ size_t ResultReader::fetchBlock()
     if (code == SQL_NO_DATA) {
         if (holdsFailure(reports()))
             fail();
+        checkAlive();
         return 0;
     }
     check(code);
@@ -141,6 +143,16 @@ size_t ResultReader::fetchBlock()
         != m_rowStates.begin() + qsizetype(rows))
         fail();
     return rows;
+}
+
+/// A driver that takes the end of the connection for the end of the rows knows at least the former.
+void ResultReader::checkAlive() const
+{
+    SQLULEN isDead = SQL_CD_FALSE; // drivers write four or eight bytes
+    SQLGetConnectAttrW(m_session.get(), SQL_ATTR_CONNECTION_DEAD, &isDead, 0, nullptr);
+    if (isDead == SQL_CD_TRUE)
+        throw DatabaseError(kConnectionError,
+            QStringLiteral("The connection broke before the last row."), FailureCause::Lost);
 }
 
 RowsetPtr ResultReader::readRows()

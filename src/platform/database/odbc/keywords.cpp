@@ -97,10 +97,12 @@ Keywords withoutLogon(const QString &driver, const ConnectionText &text)
 {
     const Dialect dialect = dialectOf(driver);
     Keywords keywords(driver);
-    if (dialect == Dialect::FreeTds)
+    if (dialect == Dialect::FreeTds) {
         keywords.add(u"Servername", freeTdsServer(text));
-    else
+        keywords.add(u"Port", serverAddress(text.dataSource).port);
+    } else {
         addAddress(keywords, dialect, text.dataSource);
+    }
     keywords.add(u"Database", text.catalogue);
     if (text.integratedSecurity)
         keywords.add(u"Trusted_Connection", QLatin1StringView("Yes"));

@@ -45,7 +45,8 @@ bool refusesCertificate(const Environment &environment, const Session &failed,
         SQLDisconnect(session.get());
         return true;
     }
-    return failureOf(diagnostics(Session::kType, session.get()), {}).cause() == FailureCause::Logon;
+    return failureOf(diagnostics(Session::kType, session.get()), {}, Phase::Connecting).cause()
+        == FailureCause::Logon;
 }
 
 /// An open session and what a query on it needs; closed when nobody uses it any more.
@@ -61,7 +62,9 @@ public:
 private:
     template <typename AnyHandle> DatabaseError failure(const AnyHandle &handle) const
     {
-        return failureOf(diagnostics(AnyHandle::kType, handle.get()), m_password);
+        constexpr bool kConnects = AnyHandle::kType == SQL_HANDLE_DBC;
+        return failureOf(diagnostics(AnyHandle::kType, handle.get()), m_password,
+            kConnects ? Phase::Connecting : Phase::Running);
     }
 
     QString m_password;
