@@ -75,6 +75,13 @@ tds::ResultRows numbers(const QStringList &values)
     return result;
 }
 
+std::unique_ptr<Connection> connectTo(const tds::Server &server, TimeOuts timeOuts = {})
+{
+    const QString text = u"Provider=SQLOLEDB;Data Source=" + server.address()
+        + u";Initial Catalog=Clinic;User Id=demo;Password=demo; ";
+    return Connection::open(text, {{}, 0, timeOuts});
+}
+
 const tds::ServerMessage kNoSuchTable{
     208, 16, QStringLiteral("Invalid object name 'dbo.nothing'.")};
 const tds::ServerMessage kRemark{
@@ -99,13 +106,12 @@ private Q_SLOTS:
     void passesOnWhatTheServerSays();
     void readsManyRowsOnce();
     void stopsWaitingForAnAnswer();
+    void refusesAndRemembersWhatItDoesNotImplement();
 
 private:
     std::unique_ptr<Connection> connect(TimeOuts timeOuts = {}) const
     {
-        const QString text = u"Provider=SQLOLEDB;Data Source=" + m_server.address()
-            + u";Initial Catalog=Clinic;User Id=demo;Password=demo; ";
-        return Connection::open(text, {{}, 0, timeOuts});
+        return connectTo(m_server, timeOuts);
     }
 
     tds::Server m_server{onlyScripts()};
@@ -335,6 +341,17 @@ void tst_tds_answers::stopsWaitingForAnAnswer()
     QVERIFY(failure);
     QCOMPARE(failure->cause(), FailureCause::TimeOut);
     QCOMPARE(exactly(*connect()->openRowset(kStatement)), QStringLiteral("integer 9"));
+}
+
+/// What the assertion behind every other test rests on.
+void tst_tds_answers::refusesAndRemembersWhatItDoesNotImplement()
+{
+    const tds::Server server(onlyScripts());
+    const auto connection = connectTo(server);
+    for (const QString &statement :
+        {QStringLiteral("DELETE FROM visits"), QStringLiteral("{call unknown}")})
+        QVERIFY_THROWS_EXCEPTION(DatabaseError, connection->openRowset(statement));
+    QCOMPARE(server.refused().join(u'|'), QStringLiteral("DELETE FROM visits|call unknown"));
 }
 
 QTEST_GUILESS_MAIN(tst_tds_answers)
