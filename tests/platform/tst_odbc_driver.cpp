@@ -156,15 +156,16 @@ void tst_odbc_driver::keywordsOfEachDriver_data()
     const char *vendor = "ODBC Driver 18 for SQL Server";
     const char *postgres = "PostgreSQL Unicode";
     const char *fixed = ";BoolsAsChar=0;LFConversion=0;UseDeclareFetch=0";
-    row("a port", "FreeTDS", "Server=HOST,1433", "Server=HOST;Port=1433");
-    row("an instance", "FreeTDS", "Server=HOST\\ONE", "Server=HOST\\ONE");
+    row("a port", "FreeTDS", "Server=HOST,1433", "Servername=HOST;Port=1433;TDS_Version=7.4");
+    row("an instance", "FreeTDS", "Server=HOST\\ONE", "Servername=HOST\\ONE;TDS_Version=7.4");
     row("a port makes the instance needless", "FreeTDS", "Server=tcp:HOST\\ONE, 1500",
-        "Server=HOST;Port=1500");
+        "Servername=HOST;Port=1500;TDS_Version=7.4");
     row("this computer", "FreeTDS", "Server=(local)\\ONE;Database=C",
-        "Server=localhost\\ONE;Database=C");
+        "Servername=localhost\\ONE;Database=C;TDS_Version=7.4");
     row("encryption asked for", "FreeTDS", "Server=H;Encrypt=Mandatory;TrustServerCertificate=yes",
-        "Server=H;Encryption=require");
-    row("encryption strict", "FreeTDS", "Server=H;Encrypt=strict", "Server=H;Encryption=strict");
+        "Servername=H;TDS_Version=7.4;Encryption=require");
+    row("encryption strict", "FreeTDS", "Server=H;Encrypt=strict",
+        "Servername=H;TDS_Version=7.4;Encryption=strict");
     row("the vendor's driver is never left to trust", vendor,
         "Server=HOST\\ONE,1433;Integrated Security=SSPI",
         "Server=HOST\\ONE,1433;Trusted_Connection=Yes;TrustServerCertificate=no");

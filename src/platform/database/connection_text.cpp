@@ -9,7 +9,7 @@ namespace corvane {
 
 namespace {
 
-enum class Keyword { Provider, DataSource, Catalogue, UserId, Password, Trusted, Encrypt, TrustCertificate };
+enum class Keyword { Provider, DataSource, Catalogue, UserId, Password, Trusted, Encrypt, TrustCertificate, Certificate };
 
 struct Synonym {
     QLatin1StringView word;
@@ -33,6 +33,8 @@ constexpr std::array kSynonyms {
     Synonym {QLatin1StringView("use encryption for data"), Keyword::Encrypt},
     Synonym {QLatin1StringView("trustservercertificate"), Keyword::TrustCertificate},
     Synonym {QLatin1StringView("trust server certificate"), Keyword::TrustCertificate},
+    Synonym {QLatin1StringView("servercertificate"), Keyword::Certificate},
+    Synonym {QLatin1StringView("server certificate"), Keyword::Certificate},
 };
 
 bool isYes(QStringView value)
@@ -76,6 +78,8 @@ QString *target(ConnectionText &text, Keyword keyword)
         return &text.userId;
     case Keyword::Password:
         return &text.password;
+    case Keyword::Certificate:
+        return &text.serverCertificate;
     case Keyword::Trusted:
     case Keyword::Encrypt:
     case Keyword::TrustCertificate:

@@ -18,6 +18,7 @@ struct ConnectionText {
     bool integratedSecurity = false; ///< Integrated Security=SSPI/True/Yes, Trusted_Connection=Yes
     Encryption encryption = Encryption::DriverDefault; ///< Encrypt=yes/no/strict, Use Encryption for Data
     bool trustServerCertificate = false; ///< TrustServerCertificate, Trust Server Certificate
+    QString serverCertificate {}; ///< ServerCertificate: a PEM file to trust in place of the system's
 
     bool operator==(const ConnectionText &) const = default;
 };

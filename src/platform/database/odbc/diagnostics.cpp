@@ -13,6 +13,7 @@ namespace {
 
 constexpr SQLSMALLINT kMostRecords = 100; // a driver that repeats one for ever ends here
 constexpr int kStatementTerminated = 3621; // the server adds it to the failure itself
+constexpr int kLoginFailed = 18456;
 
 struct NumberedCause
 {
@@ -22,7 +23,7 @@ struct NumberedCause
 
 /// Numbers of SQL Server's messages.
 constexpr std::array kNumbers{
-    NumberedCause{18456, FailureCause::Logon},
+    NumberedCause{kLoginFailed, FailureCause::Logon},
     NumberedCause{18452, FailureCause::Logon},
     NumberedCause{18487, FailureCause::Logon},
     NumberedCause{18488, FailureCause::Logon},
@@ -80,6 +81,7 @@ constexpr std::array kLostWords{
     QLatin1StringView("terminating connection"),
     QLatin1StringView("connection to the server"),
     QLatin1StringView("connection reset"),
+    QLatin1StringView("unexpected eof"),
     QLatin1StringView("could not receive data"),
     QLatin1StringView("could not send data"),
 };
@@ -92,7 +94,9 @@ bool isLost(const Diagnostic &record, Phase phase)
     const auto begins = [&](auto state) { return record.state.startsWith(state); };
     if (phase == Phase::Running && std::ranges::any_of(kLostStates, begins))
         return true;
-    const bool isGeneral = record.state.startsWith(u"HY") || record.state.startsWith(u"08");
+    // FreeTDS calls a lost connection a remark, 01000.
+    const bool isGeneral = record.state.startsWith(u"HY") || record.state.startsWith(u"08")
+        || record.state == u"01000";
     return isGeneral && std::ranges::any_of(kLostWords, [&](auto words) {
         return record.words.contains(words, Qt::CaseInsensitive);
     });
@@ -101,6 +105,15 @@ bool isLost(const Diagnostic &record, Phase phase)
 bool isRemark(const Diagnostic &record)
 {
     return record.state.startsWith(u"01") || record.state.startsWith(u"00");
+}
+
+/// A database that cannot be opened ends the logon too, and drivers may tell the end first.
+bool namesTheDatabase(const std::vector<Diagnostic> &records)
+{
+    return std::ranges::any_of(records, [](const Diagnostic &record) {
+        const auto known = std::ranges::find(kNumbers, record.number, &NumberedCause::number);
+        return known != kNumbers.end() && known->cause == FailureCause::Catalogue;
+    });
 }
 
 /// "[unixODBC][FreeTDS][SQL Server]Login failed" names the way that the words came.
@@ -140,17 +153,18 @@ bool holdsFailure(const std::vector<Diagnostic> &records)
 DatabaseError failureOf(
     const std::vector<Diagnostic> &records, const QString &password, Phase phase)
 {
-    const auto matters = [](const Diagnostic &record) {
+    const bool loginIsTheEnd = namesTheDatabase(records);
+    const auto matters = [loginIsTheEnd](const Diagnostic &record) {
         return !isRemark(record) && record.number != kStatementTerminated
-            && !record.words.isEmpty();
+            && !(loginIsTheEnd && record.number == kLoginFailed) && !record.words.isEmpty();
     };
     auto chosen = std::ranges::find_if(records, matters);
     if (chosen == records.end())
         chosen = records.begin();
     if (chosen == records.end())
         return {kConnectionError, QStringLiteral("The database driver failed and gave no reason.")};
-    // A driver may sum up first what a later record says closer.
-    FailureCause cause = FailureCause::Unknown;
+    // A driver may sum up first what a later record says closer, and call a failure a remark.
+    FailureCause cause = causeOf(*chosen, phase);
     for (auto record = chosen; record != records.end() && cause == FailureCause::Unknown; ++record)
         if (matters(*record))
             cause = causeOf(*record, phase);

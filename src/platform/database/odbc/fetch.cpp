@@ -135,6 +135,9 @@ size_t ResultReader::fetchBlock()
         return 0;
     }
     check(code);
+    // FreeTDS reports an error among the rows beside the last block of them, and an end next.
+    if (code == SQL_SUCCESS_WITH_INFO && holdsFailure(reports()))
+        fail();
     const size_t rows = std::min<size_t>(m_rowsFetched, m_rowsPerBlock);
     if (std::find(m_rowStates.begin(), m_rowStates.begin() + qsizetype(rows), SQL_ROW_ERROR)
         != m_rowStates.begin() + qsizetype(rows))

@@ -1,5 +1,6 @@
 #include "platform/database/odbc/keywords.h"
 
+#include "platform/database/odbc/freetds_settings.h"
 #include "platform/database/odbc/provider.h"
 
 #include <QtCore/QRegularExpression>
@@ -39,10 +40,10 @@ void addVendorEncryption(Keywords &keywords, const ConnectionText &text)
     keywords.add(u"Encrypt", kWords[size_t(text.encryption)]);
     keywords.add(u"TrustServerCertificate",
         text.trustServerCertificate ? QLatin1StringView("yes") : QLatin1StringView("no"));
+    keywords.add(u"ServerCertificate", text.serverCertificate);
 }
 
-/// FreeTDS checks a certificate only against the "ca file" of freetds.conf; it has no keyword for
-/// it.
+/// What is checked of the certificate stands in the settings file, as does the server's address.
 void addFreeTdsEncryption(Keywords &keywords, const ConnectionText &text)
 {
     constexpr std::array kWords{QLatin1StringView(), QLatin1StringView("off"),
@@ -63,8 +64,7 @@ void addPostgresEncryption(Keywords &keywords, const ConnectionText &text)
 void addAddress(Keywords &keywords, Dialect dialect, const QString &dataSource)
 {
     const ServerAddress address = serverAddress(dataSource);
-    const bool splits = dialect == Dialect::FreeTds || dialect == Dialect::Postgres;
-    if (!splits) {
+    if (dialect != Dialect::Postgres) {
         keywords.add(u"Server", dataSource);
         return;
     }
@@ -78,6 +78,8 @@ void addDialect(Keywords &keywords, Dialect dialect, const ConnectionText &text)
     case Dialect::ServerVendor:
         return addVendorEncryption(keywords, text);
     case Dialect::FreeTds:
+        // Left to find the version, it begins anew after each time-out and waits for ever.
+        keywords.add(u"TDS_Version", QLatin1StringView("7.4"));
         return addFreeTdsEncryption(keywords, text);
     case Dialect::Postgres:
         addPostgresEncryption(keywords, text);
@@ -95,7 +97,12 @@ Keywords withoutLogon(const QString &driver, const ConnectionText &text)
 {
     const Dialect dialect = dialectOf(driver);
     Keywords keywords(driver);
-    addAddress(keywords, dialect, text.dataSource);
+    if (dialect == Dialect::FreeTds) {
+        keywords.add(u"Servername", freeTdsServer(text));
+        keywords.add(u"Port", serverAddress(text.dataSource).port);
+    } else {
+        addAddress(keywords, dialect, text.dataSource);
+    }
     keywords.add(u"Database", text.catalogue);
     if (text.integratedSecurity)
         keywords.add(u"Trusted_Connection", QLatin1StringView("Yes"));

@@ -2,6 +2,7 @@
 
 #include "platform/database/odbc/diagnostics.h"
 #include "platform/database/odbc/fetch.h"
+#include "platform/database/odbc/freetds_settings.h"
 #include "platform/database/odbc/keywords.h"
 #include "platform/database/odbc/provider.h"
 
@@ -15,6 +16,38 @@ namespace {
 
 /// How long a driver may take to report its own time-out before it is not waited for any more.
 constexpr std::chrono::seconds kGrace(5);
+
+/// Opens the session; false when the driver cannot.
+bool logOn(
+    const Session &session, const QString &driver, const ConnectionText &text, TimeOuts timeOuts)
+{
+    // A driver without time-outs says so with a warning; there is nothing to be done about it.
+    SQLSetConnectAttrW(
+        session.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(SQLULEN(timeOuts.login)), 0);
+    std::optional<FreeTdsSettings> settings;
+    if (dialectOf(driver) == Dialect::FreeTds)
+        settings.emplace(text);
+    const QString keywords = logonKeywords(driver, text);
+    SQLSMALLINT length = 0;
+    return SQL_SUCCEEDED(SQLDriverConnectW(session.get(), nullptr, wide(keywords),
+        SQLSMALLINT(keywords.size()), nullptr, 0, &length, SQL_DRIVER_NOPROMPT));
+}
+
+/// Whether a failed logon stumbled over the certificate: one that does not check it gets further.
+bool refusesCertificate(const Environment &environment, const Session &failed,
+    const QString &driver, const ConnectionText &text, TimeOuts timeOuts)
+{
+    if (dialectOf(driver) != Dialect::FreeTds || text.trustServerCertificate
+        || !endsBeforeLogon(diagnostics(Session::kType, failed.get())))
+        return false;
+    const Session session(environment.get());
+    if (logOn(session, driver, uncheckedTrial(text), timeOuts)) {
+        SQLDisconnect(session.get());
+        return true;
+    }
+    return failureOf(diagnostics(Session::kType, session.get()), {}, Phase::Connecting).cause()
+        == FailureCause::Logon;
+}
 
 /// An open session and what a query on it needs; closed when nobody uses it any more.
 class Link
@@ -49,15 +82,11 @@ Link::Link(const QString &driver, const ConnectionText &text, TimeOuts timeOuts)
     if (!m_session)
         throw DatabaseError(kConnectionError,
             QStringLiteral("The ODBC driver manager cannot be started."), FailureCause::Provider);
-    // A driver without time-outs says so with a warning; there is nothing to be done about it.
-    SQLSetConnectAttrW(
-        m_session.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(SQLULEN(timeOuts.login)), 0);
-    const QString keywords = logonKeywords(driver, text);
-    SQLSMALLINT length = 0;
-    const SQLRETURN code = SQLDriverConnectW(m_session.get(), nullptr, wide(keywords),
-        SQLSMALLINT(keywords.size()), nullptr, 0, &length, SQL_DRIVER_NOPROMPT);
-    if (!SQL_SUCCEEDED(code))
-        throw failure(m_session);
+    if (logOn(m_session, driver, text, timeOuts))
+        return;
+    if (refusesCertificate(m_environment, m_session, driver, text, timeOuts))
+        throw certificateFailure(text);
+    throw failure(m_session);
 }
 
 RowsetPtr Link::run(const QString &sql) const

@@ -26,15 +26,13 @@ int defaultPort(odbc::Dialect dialect)
 
 QString certificateCheck(odbc::Dialect dialect, const ConnectionText &text)
 {
-    if (text.trustServerCertificate && dialect != odbc::Dialect::FreeTds)
+    if (text.trustServerCertificate)
         return QStringLiteral("not checked: the connection asks to trust any certificate.");
     switch (dialect) {
     case odbc::Dialect::ServerVendor:
+    case odbc::Dialect::FreeTds:
         return QStringLiteral(
             "where the connection is encrypted, the driver checks certificate and host name.");
-    case odbc::Dialect::FreeTds:
-        return QStringLiteral("FreeTDS encrypts where the server can, but checks the certificate "
-                              "only against the \"ca file\" that freetds.conf names.");
     case odbc::Dialect::Postgres:
         return text.encryption == Encryption::On || text.encryption == Encryption::Strict
             ? QStringLiteral("the driver checks certificate and host name.")
