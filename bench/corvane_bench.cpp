@@ -52,7 +52,7 @@ QString runBatch(const QString &clinic, const QStringList &more, double &wholeMs
     QElapsedTimer timer;
     timer.start();
     batch.start(QCoreApplication::applicationDirPath() + u"/corvane-batch",
-        {QStringLiteral("run"), QStringLiteral("Bench.rpt"), QStringLiteral("--folder"), clinic, QStringLiteral("--user"),
+        QStringList {QStringLiteral("run"), QStringLiteral("Bench.rpt"), QStringLiteral("--folder"), clinic, QStringLiteral("--user"),
             QStringLiteral("bench"), QStringLiteral("--pdf"), clinic + u"/bench.pdf", QStringLiteral("--timings")} + more);
     batch.waitForFinished(-1);
     wholeMs = double(timer.nsecsElapsed()) / 1e6;

@@ -4,6 +4,7 @@
 
 #include "platform/database/error.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
 
 namespace corvane {
@@ -34,6 +35,8 @@ RunResult ReportRun::doXMLReport()
 RunResult ReportRun::renderDesigned(const QString &recordSource)
 {
     RenderResult rendered;
+    QElapsedTimer timer;
+    timer.start();
     try {
         rendered = m_designed.render(recordSource, renderSettings());
     } catch (const ReportError &error) {
@@ -46,6 +49,8 @@ RunResult ReportRun::renderDesigned(const QString &recordSource)
         return stop();
     m_document = rendered.document;
     m_timings.rows = rendered.rows->rowCount();
+    m_timings.queryMs = rendered.queryMs;
+    m_timings.composeMs = timer.elapsed() - rendered.queryMs;
     for (const int button : {ExitButton, PdfButton, PropertiesButton, RefreshButton, ExcelButton})
         m_host.enableButton(button, true);
     m_host.enableMenu(ReportMenu::mnuFPrint, true);

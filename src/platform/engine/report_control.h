@@ -65,6 +65,7 @@ struct RenderResult {
     DocumentPtr document; ///< whole, unless it was stopped
     RowsetPtr rows;       ///< of the main layout, in the data source's order
     bool isStopped = false;
+    qint64 queryMs = 0;   ///< of the main layout's record source
 };
 
 /// One report: a loaded layout with its data source.

@@ -1,6 +1,8 @@
 #include "platform/engine/band_queue.h"
 #include "platform/engine/subreports.h"
 
+#include <QtCore/QElapsedTimer>
+
 namespace corvane {
 
 namespace {
@@ -58,7 +60,10 @@ private:
 RenderResult ReportRendering::run()
 {
     const DataSource &source = m_control.dataSource();
+    QElapsedTimer timer;
+    timer.start();
     m_rows = m_rowSource.rows(source.connectionString, source.recordSource);
+    const qint64 queryMs = timer.elapsed();
     setUpPaper();
     bool isStopped = false;
     try {
@@ -67,7 +72,7 @@ RenderResult ReportRendering::run()
         isStopped = true;
     }
     m_document->isWhole = !isStopped;
-    return {m_document, m_rows, isStopped};
+    return {m_document, m_rows, isStopped, queryMs};
 }
 
 void ReportRendering::setUpPaper()

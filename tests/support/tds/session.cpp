@@ -35,6 +35,12 @@ WireReader withoutHeaders(const QByteArray &data)
     return reader;
 }
 
+/// What the program asks before a designed report; there is no procedure here.
+bool isProcedureLookup(const QString &statement)
+{
+    return statement.startsWith(u"IF  EXISTS (SELECT * FROM sys.objects WHERE object_id = OBJECT_ID(N'[dbo].[");
+}
+
 /// What a driver says about its session, not about data.
 bool isSessionSetting(const QString &statement)
 {
@@ -220,7 +226,7 @@ void Session::answerBatch(const QByteArray &data)
     m_server.noteStatement(statement);
     if (const auto scripted = m_server.scripted(statement))
         return send(*scripted, Kind::Batch);
-    if (isSessionSetting(statement))
+    if (isSessionSetting(statement) || isProcedureLookup(statement))
         return send({}, Kind::Batch);
     if (!isQuery(statement))
         return refuse(statement);
