@@ -153,6 +153,7 @@ private Q_SLOTS:
     void typedDatesMustBeWhole();
     void opensByPath();
     void savesAsPdf();
+    void asksADesignedReportsQuestions();
     void savesAsExcel_data();
     void savesAsExcel();
     void aWorkbookThatCannotBeWrittenIsTold();
@@ -412,6 +413,40 @@ void tst_main_window::savesAsPdf()
     click(program.button(PdfButton));
     QCOMPARE(program.modal.messages()[0].text, QStringLiteral("File has been saved. Do you want to open it in Acrobat Reader?"));
     QVERIFY(!QFile::exists(file)); // "No" writes nothing
+}
+
+void tst_main_window::asksADesignedReportsQuestions()
+{
+    m_demo.write(QStringLiteral("Reports/questions.rpt"),
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Reports><Report name=\"Main\"><RecordSource>"
+        "SELECT name, {DATE*1|1|0|Which day?|On||11/01/2026||} AS d FROM CorvaneDB.dbo.payers "
+        "WHERE payer_id IN {*SQL01*}name|payer_id|CorvaneDB.dbo.payers||Whom?|1|1|{*/SQL*} ORDER BY name"
+        "</RecordSource><Section kind=\"detail\" height=\"0.2in\"><Data column=\"name\" width=\"3in\" height=\"0.2in\"/>"
+        "<Data column=\"d\" x=\"3in\" width=\"2in\" height=\"0.2in\"/></Section></Report></Reports>");
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.modal.drive([](QDialog &dialog) {
+        type(child(dialog, "DateCntl0"), "11052026");
+        click(child(dialog, "Command1"));
+    });
+    program.modal.drive([](QDialog &dialog) {
+        click(child(dialog, "Command1_0"));
+        click(child(dialog, "cmdselect"));
+    });
+    program.clickReport(QStringLiteral("questions.rpt"));
+    QCOMPARE(program.firstLine(), QStringLiteral("Anchor Mutual\t11/05/2026"));
+    QCOMPARE(program.buttonsOn(), QStringLiteral("0 2 4 5 6"));
+    program.modal.press(QMessageBox::Ok);
+    click(program.button(PropertiesButton));
+    QVERIFY(program.modal.messages()[0].text.contains(QStringLiteral("Only tabular reports have properties")));
+    // "Refresh" asks again; a cancelled question leaves nothing to print or save.
+    program.modal.drive([](QDialog &dialog) { dialog.reject(); });
+    program.modal.press(QMessageBox::Ok);
+    click(program.button(RefreshButton));
+    QCOMPARE(program.modal.messages()[1].text, QStringLiteral("Report has been canceled."));
+    QCOMPARE(program.buttonsOn(), QStringLiteral("0 5"));
+    QVERIFY(!program.preview()->document());
+    QFile::remove(m_demo.report(QStringLiteral("questions.rpt")));
 }
 
 void tst_main_window::savesAsExcel_data()

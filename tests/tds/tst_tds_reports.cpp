@@ -41,6 +41,7 @@ private Q_SLOTS:
     void batchGivesTheReviewedTexts_data();
     void batchGivesTheReviewedTexts();
     void oneExecutionServesOneRun();
+    void theWorkbookAsksForParametersAgain();
     void switchesToTheSecondDatabaseAndBack();
     void goesOnWithoutTheSecondDatabase_data();
     void goesOnWithoutTheSecondDatabase();
@@ -112,6 +113,31 @@ void tst_tds_reports::oneExecutionServesOneRun()
     const QStringList sent = m_clinic.server().statements().mid(before);
     QCOMPARE(sent.size(), 1);
     QVERIFY2(sent[0].contains(u"Clinic.dbo.providers"), qPrintable(sent[0]));
+}
+
+/// A server that knows PARAMETERS itself gets the stored text; for the workbook the values are asked for again.
+void tst_tds_reports::theWorkbookAsksForParametersAgain()
+{
+    const QString stored = QStringLiteral("Parameters [on day] DateTime #11/1/2026#; SELECT 1 AS one WHERE 1 = 1");
+    tds::ResultRows rows;
+    rows.columns += tds::Column {QStringLiteral("one"), tds::ColumnType::Int};
+    rows.rows += QList<tds::Cell> {QStringLiteral("1")};
+    m_clinic.server().script(stored, {rows});
+    const QString path = write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Reports><Report name=\"Main\"><RecordSource>" + stored.toUtf8()
+        + "</RecordSource><Section kind=\"detail\" height=\"0.2in\"><Data column=\"one\" width=\"1in\" height=\"0.2in\"/>"
+          "</Section></Report></Reports>");
+    Program program(m_clinic.folder().path());
+    QVERIFY(program.logOn());
+    program.host.messages.clear();
+    QCOMPARE(program.run.openListed(path), RunResult::Done);
+    QCOMPARE(program.host.asked, QStringList());
+    QVERIFY(!program.run.prepareExcel()); // cancelled
+    program.host.answerParameters = ParameterAnswers {{QStringLiteral("on day"), QDate(2026, 11, 2)}};
+    QVERIFY(program.run.prepareExcel());
+    QCOMPARE(program.host.messages,
+        QStringList(2, QStringLiteral("Report Parameters|64|In Order to Generate MS Excel Export Data, \nYou Will Need to Re-Enter the Report Parameter(s).")));
+    QCOMPARE(program.run.dataControl().recordSource(), QStringLiteral("SELECT 1 AS one WHERE 1 = 1"));
+    QCOMPARE(program.run.dataControl().rowset()->rowCount(), 1);
 }
 
 void tst_tds_reports::switchesToTheSecondDatabaseAndBack()
