@@ -125,6 +125,9 @@ void tst_designed_run::aReportWithoutTokensAsksNothing()
     QCOMPARE(m_program->text(), QStringLiteral("1"));
     QCOMPARE(host().patientAsked + host().asked.size(), 0);
     QCOMPARE(host().buttonsOn(), QStringLiteral("0 2 4 5 6"));
+    QCOMPARE(m_program->run.document()->info.title, QStringLiteral("Main"));
+    QCOMPARE(open({layout("Main\" title=\"Ledger", "SELECT 1 AS one", {"[one]"})}), RunResult::Done);
+    QCOMPARE(m_program->run.document()->info.title, QStringLiteral("Ledger"));
 }
 
 void tst_designed_run::cancelling_data()

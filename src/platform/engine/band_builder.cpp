@@ -16,18 +16,32 @@ Twips contentWidth(const FieldPlan &plan, const TextLook &look)
 }
 
 /// A picture's size in its frame: all of it, or as large as it gets with its proportions.
-QRect fitted(const QSize &size, const Field &field)
+QRect fitted(const QSize &size, const Field &field, const FieldLook &look)
 {
-    const QSize frame(field.width.count(), field.height.count());
+    const int padding = look.padding.count();
+    const QSize frame(std::max(field.width.count() - 2 * padding, 1), std::max(field.height.count() - 2 * padding, 1));
     if (field.fit == PictureFit::Stretch || size.isEmpty())
-        return QRect({0, 0}, frame);
+        return QRect({padding, padding}, frame);
     const QSize scaled = size.scaled(frame, Qt::KeepAspectRatio);
     const auto share = [](int slack, int alignment) {
         return alignment == 0 ? 0 : alignment == 1 ? slack / 2 : slack;
     };
-    return QRect({share(frame.width() - scaled.width(), int(field.look.horizontal)),
-                     share(frame.height() - scaled.height(), int(field.look.vertical))},
+    return QRect({padding + share(frame.width() - scaled.width(), int(field.look.horizontal)),
+                     padding + share(frame.height() - scaled.height(), int(field.look.vertical))},
         scaled);
+}
+
+/// The bands that fit whole into a height.
+std::shared_ptr<const Galley> firstBands(const Galley &galley, qint32 height)
+{
+    auto part = std::make_shared<Galley>();
+    for (const Band &band : galley.bands) {
+        if (part->height + band.height > height)
+            break;
+        part->height += band.height;
+        part->bands.push_back(band);
+    }
+    return part;
 }
 
 } // namespace
@@ -252,7 +266,7 @@ void BandBuilder::fillPicture(Band &band, BandItem &item, const FieldPlan &plan)
             throw EvaluationFault(*words);
         BandExtra &extra = band.needExtra(item);
         extra.picture = int(std::get<quint32>(added));
-        extra.pictureFrame = fitted(m_pictures.image(std::get<quint32>(added)).size(), *plan.field);
+        extra.pictureFrame = fitted(m_pictures.image(std::get<quint32>(added)).size(), *plan.field, item.look->look);
     } catch (const EvaluationFault &fault) {
         markFaulty(band, item, fault.words());
         breakText(band, item, plan);
@@ -270,11 +284,17 @@ void BandBuilder::fillBarcode(Band &band, BandItem &item, const FieldPlan &plan)
         if (const auto *words = std::get_if<QString>(&encoded))
             throw EvaluationFault(*words);
         const Twips letters = plan.field->showText ? item.look->lineHeight : Twips();
-        auto bars = placeBarcode(plan.field->barcode, std::get<BarcodeModules>(encoded),
-            plan.field->width, plan.field->height - letters, item.look->look.colour);
-        if (const auto *words = std::get_if<QString>(&bars))
+        const Twips padding = item.look->look.padding;
+        auto placed = placeBarcode(plan.field->barcode, std::get<BarcodeModules>(encoded),
+            plan.field->width - padding * 2, plan.field->height - letters - padding * 2, item.look->look.colour);
+        if (const auto *words = std::get_if<QString>(&placed))
             throw EvaluationFault(*words);
-        band.needExtra(item).bars = std::get<std::vector<FilledRect>>(std::move(bars));
+        auto &bars = std::get<std::vector<FilledRect>>(placed);
+        for (FilledRect &bar : bars) {
+            bar.x += padding.count();
+            bar.y += padding.count();
+        }
+        band.needExtra(item).bars = std::move(bars);
         if (plan.field->showText)
             band.text += value;
     } catch (const EvaluationFault &fault) {
@@ -309,8 +329,12 @@ void BandBuilder::fillSubreport(Band &band, BandItem &item, const FieldPlan &pla
     try {
         auto galley = m_subreports ? m_subreports(plan, *band.context) : nullptr;
         const qint32 needed = galley ? galley->height : 0;
-        if (needed > item.height || plan.field->canShrink)
+        if (needed > item.height && !plan.field->canGrow) {
+            galley = firstBands(*galley, item.height);
+            item.isCut = true;
+        } else if (needed > item.height || plan.field->canShrink) {
             item.height = needed;
+        }
         band.needExtra(item).galley = std::move(galley);
     } catch (const EvaluationFault &fault) {
         markFaulty(band, item, fault.words());
