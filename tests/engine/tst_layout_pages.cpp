@@ -389,6 +389,11 @@ void tst_layout_pages::linkValuesAreLiterals()
     const QString table = QStringLiteral("a|b|c|d\nO'Neill|~|2.50|2026-01-31");
     fixture.render(field.arg(links), table, others);
     QCOMPARE(fixture.queries.size(), 2);
+    // A value that looks like a token stays a text: nothing of it leaves its quotes.
+    fixture.answer(QStringLiteral("v '{LINK*b}' '; DROP TABLE t --' 1 2"), QStringLiteral("v\n1"));
+    QCOMPARE(fixture.refusal(field.arg(links), QStringLiteral("a|b|c|d\n{LINK*b}|; DROP TABLE t --|1|2"), others), QString());
+    QCOMPARE(fixture.refusal(field.arg(links), QStringLiteral("a|b|c|d\n1|2|3|4"), others),
+        QStringLiteral("The query of the sub-report \"V\" failed: no such query: v 1 2 3 4"));
 }
 
 QTEST_MAIN(tst_layout_pages)

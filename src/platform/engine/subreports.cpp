@@ -1,5 +1,6 @@
 #include "platform/engine/subreports.h"
 
+#include "platform/database/error.h"
 #include "platform/engine/sql_literal.h"
 
 #include <algorithm>
@@ -87,10 +88,7 @@ std::shared_ptr<const Galley> Subreports::layOut(const FieldPlan &field, RowCont
     if (!target)
         return nullptr;
     refuseCircle(*target);
-    const QString &connection = target->source->connectionString;
-    const RowsetPtr rows
-        = m_rows.rows(connection.isEmpty() ? m_main.dataSource().connectionString : connection,
-            boundQuery(*target, field, parent));
+    const RowsetPtr rows = rowsOf(*target, boundQuery(*target, field, parent));
     const LayoutPlan &plan = planOf(*target, rows->fieldNames());
     const auto context = std::make_shared<RowContext>(plan, m_facts, rows);
     auto galley = std::make_shared<Galley>();
@@ -104,6 +102,16 @@ std::shared_ptr<const Galley> Subreports::layOut(const FieldPlan &field, RowCont
     if (plan.hasPageFields())
         m_contexts.push_back(context);
     return galley;
+}
+
+RowsetPtr Subreports::rowsOf(const Target &target, const QString &sql)
+{
+    const QString &connection = target.source->connectionString;
+    try {
+        return m_rows.rows(connection.isEmpty() ? m_main.dataSource().connectionString : connection, sql);
+    } catch (const DatabaseError &error) {
+        throw ReportError(QStringLiteral("The query of the sub-report \"%1\" failed: %2").arg(target.layout->name, error.description()));
+    }
 }
 
 std::optional<Subreports::Target> Subreports::targetOf(const Field &field)
@@ -144,25 +152,37 @@ void Subreports::refuseCircle(const Target &target) const
                   .arg(chain));
 }
 
+/// One pass over the text as stored: what a value holds is never taken for a token.
 QString Subreports::boundQuery(
     const Target &target, const FieldPlan &field, RowContext &parent) const
 {
-    QString sql = target.source->recordSource;
-    for (const LinkPlan &link : field.links) {
-        const QString token = QStringLiteral("{LINK*%1}").arg(link.name);
-        if (sql.contains(token, Qt::CaseInsensitive))
-            sql.replace(token, sqlLiteral(parent.evaluate(link.value)), Qt::CaseInsensitive);
+    constexpr QStringView kOpening = u"{LINK*";
+    const QString &stored = target.source->recordSource;
+    QString sql;
+    qsizetype at = 0;
+    for (;;) {
+        const qsizetype begin = stored.indexOf(kOpening, at, Qt::CaseInsensitive);
+        sql += QStringView(stored).sliced(at, (begin < 0 ? stored.size() : begin) - at);
+        if (begin < 0)
+            return sql;
+        const qsizetype end = std::max(stored.indexOf(u'}', begin), begin + kOpening.size());
+        const QStringView name = QStringView(stored).sliced(begin + kOpening.size(), end - begin - kOpening.size());
+        const auto link = std::ranges::find_if(field.links, [&](const LinkPlan &known) {
+            return name.compare(known.name, Qt::CaseInsensitive) == 0;
+        });
+        if (link == field.links.end())
+            refuseToken(target, *field.field, QStringView(stored).sliced(begin, std::min(end + 1, stored.size()) - begin));
+        sql += sqlLiteral(parent.evaluate(link->value));
+        at = end + 1;
     }
-    const qsizetype left = sql.indexOf(u"{LINK*", 0, Qt::CaseInsensitive);
-    if (left >= 0) {
-        throw ReportError(
-            QStringLiteral("The record source of \"%1\" has %2, but its sub-report field (line %3) "
-                           "has no such <Link>.")
-                .arg(target.layout->name,
-                    sql.sliced(left, std::max<qsizetype>(sql.indexOf(u'}', left) - left + 1, 6)))
-                .arg(field.field->place.line));
-    }
-    return sql;
+}
+
+void Subreports::refuseToken(const Target &target, const Field &field, QStringView token)
+{
+    throw ReportError(QStringLiteral("The record source of \"%1\" has %2, but its sub-report field (line %3) "
+                                     "has no such <Link>.")
+                          .arg(target.layout->name, token)
+                          .arg(field.place.line));
 }
 
 const LayoutPlan &Subreports::planOf(const Target &target, const QStringList &fieldNames)

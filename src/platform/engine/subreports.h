@@ -46,7 +46,9 @@ private:
     };
 
     std::optional<Target> targetOf(const Field &field);
+    RowsetPtr rowsOf(const Target &target, const QString &sql);
     QString boundQuery(const Target &target, const FieldPlan &field, RowContext &parent) const;
+    [[noreturn]] static void refuseToken(const Target &target, const Field &field, QStringView token);
     const LayoutPlan &planOf(const Target &target, const QStringList &fieldNames);
     void refuseCircle(const Target &target) const;
 
