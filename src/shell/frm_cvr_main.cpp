@@ -2,27 +2,17 @@
 
 #include "definitions/checker/definition_check.h"
 #include "dialogs/frm_about.h"
-#include "dialogs/frm_def_dates.h"
-#include "dialogs/frm_rptr_dates.h"
-#include "dialogs/frm_rptr_params.h"
-#include "dialogs/frm_rptr_select.h"
-#include "dialogs/frmspatnt.h"
 #include "editor/frm_cvr_props.h"
-#include "export/print_document.h"
-#include "export/save_excel.h"
-#include "export/save_pdf.h"
 #include "help/help_desk.h"
 #include "help/help_topics.h"
 #include "platform/controls/date_field.h"
 #include "platform/controls/flood_panel.h"
 #include "platform/controls/ribbon_button.h"
-#include "platform/database/error.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_pane.h"
 #include "session/report_list.h"
 #include "session/startup.h"
 #include "shared/dates.h"
-#include "shared/run_time_fault.h"
 #include "shell/frm_reportr_logon.h"
 #include "shell/input_gate.h"
 #include "shell/report_list_view.h"
@@ -206,57 +196,6 @@ void frmCVRMain::mnuOpen_Click()
     runReportWith([&] { return m_run.openReport(file); });
 }
 
-void frmCVRMain::mnuFPrint_Click()
-{
-    exportWith([this] {
-        m_stopQuestion = tr("Do you want to stop printing?");
-        PrintOptions options {vp->currentPage(), [this](int page, int pageCount) {
-            showProgress(100 * page / pageCount);
-            return !stopRequested();
-        }};
-        if (const auto printed = printDocument(m_desktop, m_run.document(), options))
-            showNotes(printed->notes);
-    });
-}
-
-void frmCVRMain::mnuAdobe_Click()
-{
-    exportWith([this] { savepdf(m_desktop, m_run.document(), m_state.programFolder); });
-}
-
-void frmCVRMain::mnuExcel_Click()
-{
-    exportWith([this] {
-        m_stopQuestion = tr("Do you want to stop saving?");
-        if (!m_run.prepareExcel())
-            return;
-        SaveExcel(m_desktop, *this, m_run.dataControl(), m_run.workbookOptions(), m_state.programFolder);
-    });
-}
-
-/// Nothing but repainting, Escape and the call's own dialogs is served while it runs.
-template <typename Call>
-void frmCVRMain::exportWith(Call call)
-{
-    if (m_gate->isClosed())
-        return;
-    m_gate->takeEscape();
-    m_gate->close();
-    try {
-        call();
-    } catch (const WorkbookError &error) {
-        message(error.message(), MessageFlags::Exclamation, kTitle);
-    } catch (const DatabaseError &error) {
-        message(tr("The report's rows cannot be read again for the workbook: %1").arg(error.description()), MessageFlags::Exclamation, kTitle);
-    } catch (const RunTimeFault &fault) {
-        message(tr("The report's rows cannot be read again for the workbook: %1").arg(fault.description()), MessageFlags::Exclamation, kTitle);
-    }
-    m_gate->open();
-    showProgress(0);
-    if (m_gate->takeCloseWish())
-        close();
-}
-
 void frmCVRMain::mnuFProps_Click()
 {
     if (rptType != TabularReport) {
@@ -420,46 +359,6 @@ void frmCVRMain::resetDates()
 {
     const QDate today = m_clock().date();
     setDates(today, today);
-}
-
-void frmCVRMain::askDateRange(ReportHost &host)
-{
-    const InputGate::Opened opened(*m_gate);
-    frmDefDates(host, *this, m_state.gDateOrder, [this] { return m_clock().date(); }, this).exec();
-}
-
-void frmCVRMain::askPatient()
-{
-    const InputGate::Opened opened(*m_gate);
-    frmspatnt(m_state, *this, this).exec();
-}
-
-std::optional<DateAnswers> frmCVRMain::askDates(const QString &request)
-{
-    frmRptrDates form(m_state.DateParamTable, *this, m_state.gDateOrder, [this] { return m_clock().date(); }, this);
-    form.RequestSQL = request;
-    form.Form_Load();
-    const InputGate::Opened opened(*m_gate);
-    form.exec();
-    return form.ResultSQL.isEmpty() ? std::nullopt : std::optional(form.answers());
-}
-
-std::optional<SelectionAnswers> frmCVRMain::askSelection(const QString &request)
-{
-    frmRptrSelect form(*m_state.gConn, *this, m_run.valueStyle(), this);
-    form.RequestSQL = request;
-    form.load();
-    const InputGate::Opened opened(*m_gate);
-    form.exec();
-    return form.ResultSQL.isEmpty() ? std::nullopt : std::optional(form.answers());
-}
-
-std::optional<ParameterAnswers> frmCVRMain::askParameters(const ParametersClause &clause)
-{
-    frmRptrParams form(clause, m_state.gDateOrder, [this] { return m_clock().date(); }, this);
-    const InputGate::Opened opened(*m_gate);
-    form.exec();
-    return form.answers();
 }
 
 } // namespace corvane
