@@ -2,6 +2,7 @@
 // the model.
 
 #include "engine/report_file.h"
+#include "engine/report_schema.h"
 #include "engine/report_text.h"
 #include "platform/engine/element_table.h"
 #include "platform/engine/report_control.h"
@@ -12,7 +13,6 @@
 #include <QtCore/QProcess>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSet>
-#include <QtCore/QXmlStreamReader>
 #include <QtTest/QtTest>
 
 using namespace corvane;
@@ -57,87 +57,6 @@ QByteArray edited(const QString &element, const QString &attributes)
             + u'>'));
     return text.toUtf8();
 }
-
-/// What the schema says: elements with their attributes, and of attributes with a fixed choice the
-/// words.
-struct Schema
-{
-    QMap<QString, QSet<QString>> attributes;
-    QMap<QString, QStringList> words; ///< by "Element attribute"
-};
-
-/// Reads what this schema makes use of: global elements and types, attribute groups in one another.
-class SchemaReader
-{
-public:
-    Schema read()
-    {
-        QFile file(kDocs + QStringLiteral("designed-reports.xsd"));
-        if (!file.open(QIODevice::ReadOnly))
-            return {};
-        QXmlStreamReader xml(&file);
-        while (!xml.atEnd()) {
-            if (xml.readNext() == QXmlStreamReader::StartElement)
-                take(xml.name(), xml.attributes());
-        }
-        Schema schema;
-        for (auto element = m_elements.cbegin(); element != m_elements.cend(); ++element)
-            collect(element.key(), element.value(), schema);
-        return schema;
-    }
-
-private:
-    struct Attribute
-    {
-        QString name;
-        QString type;
-        QStringList words;
-    };
-    struct Holder
-    {
-        QList<Attribute> attributes;
-        QStringList groups;
-    };
-
-    void take(QStringView tag, const QXmlStreamAttributes &attributes)
-    {
-        const QString name = attributes.value(QStringLiteral("name")).toString();
-        if (tag == u"element" && !name.isEmpty())
-            m_open = &m_elements[name];
-        else if (tag == u"attributeGroup" && !name.isEmpty())
-            m_open = &m_groups[name];
-        else if (tag == u"attributeGroup")
-            m_open->groups += attributes.value(QStringLiteral("ref")).toString();
-        else if (tag == u"simpleType" && !name.isEmpty())
-            m_words = &m_types[name];
-        else if (tag == u"enumeration")
-            *m_words += attributes.value(QStringLiteral("value")).toString();
-        else if (tag == u"attribute") {
-            m_open->attributes
-                += Attribute{name, attributes.value(QStringLiteral("type")).toString(), {}};
-            m_words = &m_open->attributes.last().words;
-        }
-    }
-
-    void collect(const QString &element, const Holder &holder, Schema &schema) const
-    {
-        schema.attributes[element]; // there even without attributes
-        for (const Attribute &attribute : holder.attributes) {
-            schema.attributes[element] += attribute.name;
-            const QStringList words = attribute.words + m_types.value(attribute.type);
-            if (words.size() > 1)
-                schema.words[element + u' ' + attribute.name] = words;
-        }
-        for (const QString &group : holder.groups)
-            collect(element, m_groups[group], schema);
-    }
-
-    QMap<QString, Holder> m_elements;
-    QMap<QString, Holder> m_groups;
-    QMap<QString, QStringList> m_types;
-    Holder *m_open = nullptr;
-    QStringList *m_words = nullptr;
-};
 
 QString loaded(const QString &fileName, const QString &name)
 {
@@ -372,14 +291,14 @@ void tst_report_schema::everyAttributeHasItsRow()
         {QStringLiteral("Picture"), {QStringLiteral("file")}}};
     for (const AttributeRow &row : attributeRows())
         told[row.element] += row.attributes.section(u'=', 0, 0);
-    const Schema schema = SchemaReader().read();
+    const test::Schema schema = test::SchemaReader().read();
     for (auto element = schema.attributes.cbegin(); element != schema.attributes.cend(); ++element)
         QCOMPARE((element.value() - told[element.key()]).values(), QStringList());
 }
 
 void tst_report_schema::schemaAndReaderNameTheSame()
 {
-    const Schema schema = SchemaReader().read();
+    const test::Schema schema = test::SchemaReader().read();
     QCOMPARE(schema.attributes.keys(), elementNames());
     for (const QString &element : elementNames()) {
         const QStringList known = elementRule(element)->attributes;
@@ -389,7 +308,7 @@ void tst_report_schema::schemaAndReaderNameTheSame()
 
 void tst_report_schema::everyWordMeansSomethingElse()
 {
-    const Schema schema = SchemaReader().read();
+    const test::Schema schema = test::SchemaReader().read();
     QVERIFY(schema.words.size() > 40);
     for (auto choice = schema.words.begin(); choice != schema.words.end(); ++choice) {
         const QString element = choice.key().section(u' ', 0, 0);

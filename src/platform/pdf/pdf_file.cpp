@@ -1,9 +1,9 @@
 #include "platform/pdf/pdf_file.h"
 
+#include "platform/files/write_failure.h"
 #include "platform/pdf/pdf_writer.h"
 
 #include <QtCore/QDir>
-#include <QtCore/QFileInfo>
 
 namespace corvane {
 
@@ -11,24 +11,6 @@ namespace {
 
 /// The container comes in small pieces; so much of it is handed to the system at a time.
 constexpr size_t kBlock = 262'144;
-
-/// Why a file cannot be written and what to do, as two sentences.
-QString causeOf(const QString &fileName, QFileDevice::FileError error, const QString &systemText)
-{
-    const QFileInfo target(fileName);
-    const QString folder = QDir::toNativeSeparators(target.absolutePath());
-    if (target.isDir())
-        return QStringLiteral("A folder has this name. Choose another file name.");
-    if (!QFileInfo(target.absolutePath()).isDir())
-        return QStringLiteral("The folder \"%1\" does not exist. Choose another folder.").arg(folder);
-    if (target.exists() && !target.isWritable())
-        return QStringLiteral("You may not change this file. Choose another file name or folder.");
-    if (!QFileInfo(target.absolutePath()).isWritable())
-        return QStringLiteral("You may not write in the folder \"%1\". Choose another folder.").arg(folder);
-    if (error == QFileDevice::ResourceError)
-        return QStringLiteral("%1. Free some space or choose a folder on another disk.").arg(systemText);
-    return QStringLiteral("%1. Choose another file name or folder.").arg(systemText);
-}
 
 } // namespace
 
@@ -79,7 +61,7 @@ QString PdfFile::failure() const
 {
     return QStringLiteral("The PDF file \"%1\" was not saved. %2")
         .arg(QDir::toNativeSeparators(m_file.fileName()),
-            causeOf(m_file.fileName(), m_file.error(), m_file.errorString()));
+            writeFailure(m_file.fileName(), m_file.error(), m_file.errorString()));
 }
 
 } // namespace corvane

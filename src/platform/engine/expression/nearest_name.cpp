@@ -32,22 +32,28 @@ int distance(QStringView a, QStringView b)
 
 } // namespace
 
-QString didYouMean(QStringView name, const QStringList &names)
+std::optional<qsizetype> nearestName(QStringView name, const QStringList &names)
 {
     constexpr qsizetype kLongestName = 60;
     if (name.size() > kLongestName)
         return {};
-    QString nearest;
+    std::optional<qsizetype> nearest;
     int least = std::max(1, int(name.size()) / 3) + 1;
-    for (const QString &candidate : names) {
-        if (candidate.size() > kLongestName)
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        if (names[i].size() > kLongestName)
             continue;
-        if (const int changes = distance(name, candidate); changes < least) {
+        if (const int changes = distance(name, names[i]); changes < least) {
             least = changes;
-            nearest = candidate;
+            nearest = i;
         }
     }
-    return nearest.isEmpty() ? QString() : QStringLiteral("; did you mean %1?").arg(nearest);
+    return nearest;
+}
+
+QString didYouMean(QStringView name, const QStringList &names)
+{
+    const auto nearest = nearestName(name, names);
+    return nearest ? QStringLiteral("; did you mean %1?").arg(names[*nearest]) : QString();
 }
 
 } // namespace corvane
