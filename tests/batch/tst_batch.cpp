@@ -119,6 +119,8 @@ void tst_batch::endsWithTheRightStatus_data()
         "Start Date must be earlier than End Date.");
     row("a patient", "run \"Patient ledger\" --user nora --patient 1001 --text out.txt", 0, "");
     row("a patient that nobody has", "run \"Patient ledger\" --user nora --patient 999999 --text out.txt", 3, "There is no patient \"999999\" that nora may see.");
+    row("a provider's own patient", "run \"Patient ledger\" --user brook --patient 1007 --text out.txt", 0, "");
+    row("another provider's patient", "run \"Patient ledger\" --user brook --patient 1001 --text out.txt", 3, "There is no patient \"1001\" that brook may see");
     row("a patient is missing", "run \"Patient ledger\" --user nora --text out.txt", 2, "add --patient ID");
     row("usage", "run --user nora", 2, "Name one report");
     row("no user", "run x", 2, "--user ID is missing");
@@ -132,7 +134,8 @@ void tst_batch::endsWithTheRightStatus()
 {
     QFETCH(QString, arguments);
     QFETCH(QString, words);
-    const Outcome outcome = batch(arguments);
+    const bool isBrook = arguments.contains(u"--user brook");
+    const Outcome outcome = batch(arguments, {}, isBrook ? QStringLiteral("hinge") : QStringLiteral("clinic"));
     QTEST(outcome.status, "status");
     QVERIFY2(outcome.errors.contains(words), qPrintable(outcome.errors));
     QVERIFY(!outcome.errors.contains(QStringLiteral("clinic\"")));
