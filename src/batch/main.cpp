@@ -3,6 +3,7 @@
 #include "batch/batch_options.h"
 #include "batch/batch_run.h"
 #include "batch/console_host.h"
+#include "shared/core_dumps.h"
 #include "shared/dates.h"
 
 #include <QtGui/QGuiApplication>
@@ -12,21 +13,9 @@
 #include <cstring>
 #include <string>
 
-#ifndef Q_OS_WIN
-#include <sys/resource.h>
-#endif
-
 using namespace corvane;
 
 namespace {
-
-void switchCoreDumpsOff()
-{
-#ifndef Q_OS_WIN
-    const rlimit none {0, 0};
-    setrlimit(RLIMIT_CORE, &none);
-#endif
-}
 
 /// Standard error belongs to the program's own messages; a library's remarks are of no use to a user.
 void keepLibrariesQuiet(QtMsgType type, const QMessageLogContext &, const QString &text)

@@ -12,11 +12,12 @@ namespace corvane {
 namespace {
 
 constexpr qint64 kMarkerBytes = 60;
+constexpr qint64 kMegabyte = 1024 * 1024;
 
 QByteArray firstBytes(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(kMarkerBytes) : QByteArray();
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.read(kMarkerBytes) : QByteArray();
 }
 
 } // namespace
@@ -40,6 +41,13 @@ QString unreadableReason(const QString &path)
     const QFileInfo info(path);
     if (info.isDir())
         return QStringLiteral("\"%1\" is a folder, not a report definition.").arg(shown);
+    if (info.exists() && !info.isFile())
+        return QStringLiteral("\"%1\" is no file. A report definition is a file of text.").arg(shown);
+    if (info.size() > kLargestProfile) {
+        return QStringLiteral("\"%1\" has %2 MB, more than is read. A definition has some kilobytes: look whether it is the right file.")
+            .arg(shown)
+            .arg(info.size() / kMegabyte);
+    }
     QFile file(path);
     if (file.open(QIODevice::ReadOnly))
         return {};

@@ -48,7 +48,9 @@ QStringView withoutReturn(QStringView line)
 QByteArray readAll(const QString &file)
 {
     QFile source(file);
-    return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
+    if (!QFileInfo(file).isFile() || !source.open(QIODevice::ReadOnly) || source.size() > kLargestProfile)
+        return {};
+    return source.readAll();
 }
 
 QByteArray untilNul(const QByteArray &bytes)

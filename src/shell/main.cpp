@@ -1,5 +1,6 @@
 #include "platform/controls/icons.h"
 #include "platform/desktop/system_desktop.h"
+#include "shared/core_dumps.h"
 #include "shell/frm_cvr_main.h"
 #include "shell/single_instance.h"
 
@@ -31,6 +32,7 @@ QString programFolder(const QStringList &arguments)
 
 int main(int argc, char **argv)
 {
+    switchCoreDumpsOff();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane Reporter"));
     QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));

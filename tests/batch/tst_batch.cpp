@@ -7,6 +7,7 @@
 #include <QtCore/QProcess>
 #include <QtTest/QtTest>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace corvane;
@@ -25,6 +26,7 @@ class tst_batch : public test::Suite
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void writesTheFilesAskedFor();
     void endsWithTheRightStatus_data();
@@ -69,6 +71,15 @@ private:
     QTemporaryDir m_out;
 };
 
+/// Names that a report could have and that lead to no definition.
+void tst_batch::initTestCase()
+{
+    QCOMPARE(::mkfifo(QFile::encodeName(m_out.filePath(QStringLiteral("pipe.rpt"))).constData(), 0600), 0);
+    QVERIFY(QFile::link(QStringLiteral("/dev/zero"), m_demo.report(QStringLiteral("device.rpt"))));
+    QFile huge(m_demo.report(QStringLiteral("huge.rpt")));
+    QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(qint64(65) * 1024 * 1024)); // without blocks on the disk
+}
+
 void tst_batch::init()
 {
     Suite::init();
@@ -100,11 +111,16 @@ void tst_batch::endsWithTheRightStatus_data()
     row("a listed name", "run \"phone LIST.rpt\" --user nora --text out.txt", 0, "");
     row("no such report", "run Nothing.rpt --user nora --text out.txt", 1, "There is no report \"Nothing.rpt\"");
     row("a path to nothing", "run ./Nothing.rpt --user nora --text out.txt", 1, "there is no such file");
+    row("a pipe by path", "run ./pipe.rpt --user nora --text out.txt", 1, "is no file");
+    row("a device behind a listed name", "run device.rpt --user nora --text out.txt", 1, "is no file");
+    row("a definition without end", "run huge.rpt --user nora --text out.txt", 1, "more than is read");
     row("no report by path", "run Data/../corvane.ini --user nora --text out.txt", 1, "");
     row("From after To", "run \"Daily schedule\" --user nora --from 2026-11-03 --to 2026-11-02 --text out.txt", 1,
         "Start Date must be earlier than End Date.");
     row("a patient", "run \"Patient ledger\" --user nora --patient 1001 --text out.txt", 0, "");
     row("a patient that nobody has", "run \"Patient ledger\" --user nora --patient 999999 --text out.txt", 3, "There is no patient \"999999\" that nora may see.");
+    row("a provider's own patient", "run \"Patient ledger\" --user brook --patient 1007 --text out.txt", 0, "");
+    row("another provider's patient", "run \"Patient ledger\" --user brook --patient 1001 --text out.txt", 3, "There is no patient \"1001\" that brook may see");
     row("a patient is missing", "run \"Patient ledger\" --user nora --text out.txt", 2, "add --patient ID");
     row("usage", "run --user nora", 2, "Name one report");
     row("no user", "run x", 2, "--user ID is missing");
@@ -118,7 +134,8 @@ void tst_batch::endsWithTheRightStatus()
 {
     QFETCH(QString, arguments);
     QFETCH(QString, words);
-    const Outcome outcome = batch(arguments);
+    const bool isBrook = arguments.contains(u"--user brook");
+    const Outcome outcome = batch(arguments, {}, isBrook ? QStringLiteral("hinge") : QStringLiteral("clinic"));
     QTEST(outcome.status, "status");
     QVERIFY2(outcome.errors.contains(words), qPrintable(outcome.errors));
     QVERIFY(!outcome.errors.contains(QStringLiteral("clinic\"")));

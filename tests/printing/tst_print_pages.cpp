@@ -229,9 +229,15 @@ void tst_print_pages::stoppingLeavesNothing()
         QVERIFY(old.open(QIODevice::WriteOnly));
         old.write(before.toLatin1());
     }
-    const PrintResult result = print(report(5), {},
-        {.currentPage = 0, .progress = [stopAt](int page, int) { return page < stopAt; }});
+    QFile::Permissions forOthers;
+    const auto progress = [&](int page, int) {
+        for (const QFileInfo &spooled : QDir::temp().entryInfoList(QDir::Files))
+            forOthers |= spooled.permissions() & ~(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
+        return page < stopAt;
+    };
+    const PrintResult result = print(report(5), {}, {.currentPage = 0, .progress = progress});
     QCOMPARE(result.outcome, PrintOutcome::Stopped);
+    QCOMPARE(forOthers, QFile::Permissions());
     QCOMPARE(readFile(m_file), before);
     QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files).size(), before.isEmpty() ? 0 : 1);
     QVERIFY(QDir::temp().isEmpty());

@@ -5,7 +5,6 @@
 #include "shared/report_host.h"
 #include "shared/reportr.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
@@ -16,7 +15,6 @@ namespace corvane {
 namespace {
 
 constexpr qint64 kLargeFile = 1024 * 1024;
-constexpr qint64 kLargestFile = 64 * kLargeFile;
 
 QString megabytes(qint64 bytes)
 {
@@ -105,25 +103,12 @@ std::vector<Finding> inOrder(std::vector<Finding> findings)
     return findings;
 }
 
-/// Why the file is not looked at; empty when it is.
-QString refusal(const QString &path)
-{
-    const QFileInfo info(path);
-    const QString shown = QDir::toNativeSeparators(path);
-    if (info.exists() && !info.isFile() && !info.isDir())
-        return QStringLiteral("\"%1\" is no file.").arg(shown);
-    if (info.size() > kLargestFile)
-        return QStringLiteral("\"%1\" has %2, more than is looked at.")
-            .arg(shown, megabytes(info.size()));
-    return unreadableReason(path);
-}
-
 template <typename Trial>
 std::vector<Finding> check(
     const QString &path, const std::optional<SecondDatabase> &second, Trial trial)
 {
     QFile file(path);
-    if (const QString reason = refusal(path); !reason.isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (const QString reason = unreadableReason(path); !reason.isEmpty() || !file.open(QIODevice::ReadOnly))
         return {{FindingKind::UnreadableFile, {}, reason,
             QStringLiteral("Look at its name and at your rights to it.")}};
     if (getReportType(path) == ReportKind::DesignedReport)
