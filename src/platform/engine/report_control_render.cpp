@@ -7,9 +7,6 @@ namespace corvane {
 
 namespace {
 
-constexpr qsizetype kRowsPerProgress = 256;
-constexpr int kPagesPerProgress = 8;
-
 /// The user stopped the run.
 struct RunStop
 {
@@ -30,6 +27,7 @@ public:
         , m_placer(*m_document)
         , m_subreports(control, m_rowSource, m_looks, m_builder, m_facts)
     {
+        m_facts.onRow = [this] { report(); };
         m_builder.setSubreportSource([this](const FieldPlan &field, RowContext &context) {
             return m_subreports.layOut(field, context);
         });
@@ -40,7 +38,7 @@ public:
 private:
     void setUpPaper();
     void layOut();
-    void report(qsizetype row);
+    void report();
     void collectNotes();
 
     const ReportControl &m_control;
@@ -54,7 +52,7 @@ private:
     BandPlacer m_placer;
     Subreports m_subreports;
     RowsetPtr m_rows;
-    qsizetype m_row = 0;
+    qsizetype m_row = 0; ///< of the main layout, the latest that was laid out
 };
 
 RenderResult ReportRendering::run()
@@ -91,19 +89,14 @@ void ReportRendering::layOut()
 {
     const LayoutPlan plan(m_control.layout(), m_rows->fieldNames(), m_looks, PlanFor::Report);
     RowContext context(plan, m_facts, m_rows);
-    int pages = 0;
-    PageFiller filler(*m_document, context, m_builder, m_placer, m_facts, [&] {
-        if (++pages % kPagesPerProgress == 0)
-            report(m_row);
-    });
+    PageFiller filler(*m_document, context, m_builder, m_placer, m_facts, m_facts.onRow);
     BandQueue queue(filler);
     RowWalker walker(context, m_builder, queue, GroupOutline::Entries);
-    report(0);
+    report();
     filler.start();
     walker.walk([this](qsizetype row) {
         m_row = row;
-        if (row % kRowsPerProgress == 0)
-            report(row);
+        m_facts.onRow();
     });
     queue.finish();
     filler.leaveColumns();
@@ -113,10 +106,12 @@ void ReportRendering::layOut()
     collectNotes();
 }
 
-void ReportRendering::report(qsizetype row)
+/// At each row, page and row of a sub-report: how long one takes nobody knows, so that only who listens can
+/// tell by the clock when something is to come of it.
+void ReportRendering::report()
 {
     const qsizetype count = std::max<qsizetype>(m_rows->rowCount(), 1);
-    if (m_settings.progress && !m_settings.progress(int(row * 100 / count)))
+    if (m_settings.progress && !m_settings.progress(int(m_row * 100 / count)))
         throw RunStop();
 }
 
