@@ -54,6 +54,7 @@ private Q_SLOTS:
     void failuresLeaveTheWindowUsable_data();
     void failuresLeaveTheWindowUsable();
     void aRefusedQueryLeavesAnIncompleteDocument();
+    void stopsOnRequest_data();
     void stopsOnRequest();
     void checksFilesOpenedByPath_data();
     void checksFilesOpenedByPath();
@@ -300,18 +301,33 @@ void tst_report_run::aRefusedQueryLeavesAnIncompleteDocument()
     QCOMPARE(m_program->host.buttonsOn(), QStringLiteral("0 2 4 5 6"));
 }
 
+void tst_report_run::stopsOnRequest_data()
+{
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QString>("buttons");
+    QTest::newRow("nothing asked") << QByteArray() << QStringLiteral("0 5");
+    QTest::newRow("with a range to shorten") << QByteArray("GetDates=True") << QStringLiteral("0 1 5");
+    QTest::newRow("with a patient to change") << QByteArray("GetPatient=True") << QStringLiteral("0 3 5");
+}
+
 void tst_report_run::stopsOnRequest()
 {
+    QFETCH(QByteArray, key);
     m_program->host.onProgress = [&](int percent) { m_program->host.stop = percent > 50; };
-    QCOMPARE(m_program->run.openListed(write(test::providerList())), RunResult::Stopped);
+    QCOMPARE(m_program->run.openListed(write(test::providerList().replace("[Columns]", QByteArray(key + "\n[Columns]")))), RunResult::Stopped);
     QCOMPARE(m_program->host.messages, QStringList(QStringLiteral("Report Canceled|64|Report has been canceled.")));
-    QCOMPARE(m_program->host.buttonsOn(), QStringLiteral("0 5"));
+    QTEST(m_program->host.buttonsOn(), "buttons");
     QVERIFY(!m_program->run.document());
+    QVERIFY(!m_program->run.dataControl().rowset());
     QVERIFY(!m_program->host.menu(ReportMenu::mnuFPrint));
+    QVERIFY(!m_program->host.menu(ReportMenu::mnuFSendTo));
     QVERIFY(!m_program->host.hourglass);
+    QCOMPARE(m_program->host.progress, 0);
     m_program->host.onProgress = nullptr;
     m_program->host.stop = false;
     QCOMPARE(m_program->run.runReport(), RunResult::Done);
+    QVERIFY(m_program->host.menu(ReportMenu::mnuFPrint));
+    QVERIFY(m_program->host.menu(ReportMenu::mnuFSendTo));
 }
 
 void tst_report_run::checksFilesOpenedByPath_data()
