@@ -15,6 +15,7 @@
 #include "shared/dates.h"
 #include "shell/frm_reportr_logon.h"
 #include "shell/input_gate.h"
+#include "shell/report_list_pane.h"
 #include "shell/report_list_view.h"
 #include "shell/single_instance.h"
 
@@ -122,7 +123,7 @@ void frmCVRMain::startWithoutConnection()
 {
     for (const int index : {DatesButton, PdfButton, PatientButton})
         enableButton(index, false);
-    File1->setEnabled(false);
+    m_listPane->setEnabled(false);
     vp->setEmptyText(tr("There is no connection to the database."));
 }
 

@@ -24,6 +24,7 @@ class HelpDesk;
 class InputGate;
 class Preview;
 class PreviewPane;
+class ReportListPane;
 class ReportListView;
 class RibbonButton;
 class SingleInstance;
@@ -112,6 +113,7 @@ private:
     DateField *DateFrom = nullptr;
     DateField *DateTo = nullptr;
     QSplitter *SSSplitter1 = nullptr;
+    ReportListPane *m_listPane = nullptr;
     ReportListView *File1 = nullptr;
     PreviewPane *m_previewPane = nullptr;
     Preview *vp = nullptr;
