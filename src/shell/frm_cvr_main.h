@@ -67,6 +67,8 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     void buildToolbar();
@@ -84,6 +86,9 @@ private:
     void changeDates();
     void selectPatient();
     void mnuOpen_Click();
+    void openFile(const QString &file);
+    bool isBusy() const;
+    bool mayTakeDrop(const QDropEvent &event) const;
     void mnuFPrint_Click();
     void mnuAdobe_Click();
     void mnuExcel_Click();

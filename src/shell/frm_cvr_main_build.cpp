@@ -158,6 +158,7 @@ void frmCVRMain::buildPanes()
     SSSplitter1->setStretchFactor(1, 1);
     SSSplitter1->setSizes({kListWidth, width() - kListWidth});
     setCentralWidget(SSSplitter1);
+    setAcceptDrops(true);
 }
 
 void frmCVRMain::buildStatusBar()
