@@ -56,6 +56,8 @@ private Q_SLOTS:
     void aRefusedQueryLeavesAnIncompleteDocument();
     void stopsOnRequest_data();
     void stopsOnRequest();
+    void stopsWhileAQueryRuns_data();
+    void stopsWhileAQueryRuns();
     void checksFilesOpenedByPath_data();
     void checksFilesOpenedByPath();
     void nothingRunsWithoutALogon();
@@ -328,6 +330,38 @@ void tst_report_run::stopsOnRequest()
     QCOMPARE(m_program->run.runReport(), RunResult::Done);
     QVERIFY(m_program->host.menu(ReportMenu::mnuFPrint));
     QVERIFY(m_program->host.menu(ReportMenu::mnuFSendTo));
+}
+
+void tst_report_run::stopsWhileAQueryRuns_data()
+{
+    QTest::addColumn<QByteArray>("definition");
+    // One row, after minutes of work.
+    QByteArray slow = "SELECT count(*) AS provider_id, 1 AS last_name FROM CorvaneDB.dbo.patient_info a";
+    for (const char table : {'b', 'c', 'd'})
+        slow += QByteArray(" JOIN CorvaneDB.dbo.patient_info ") + table + " ON " + table + ".id > a.id - 500";
+    const auto layout = [](const QByteArray &name, const QByteArray &sql, const QByteArray &field) {
+        return QByteArray("<Report name=\"" + name + "\"><RecordSource><![CDATA[" + sql
+            + "]]></RecordSource><Section kind=\"detail\" height=\"0.2in\">" + field + "</Section></Report>");
+    };
+    const QByteArray xml = "<?xml version=\"1.0\"?>\n<Reports>";
+    QTest::newRow("tabular") << test::providerList().replace("SELECT provider_id, last_name FROM CorvaneDB.dbo.providers ORDER BY provider_id", slow);
+    QTest::newRow("designed") << QByteArray(xml + layout("Main", slow, "<Data column=\"last_name\" width=\"3in\" height=\"0.2in\"/>") + "</Reports>");
+    QTest::newRow("sub-report") << QByteArray(xml
+        + layout("Main", "SELECT 1 AS n", "<Subreport name=\"SubreportOne\" width=\"3in\" height=\"0.2in\"/>")
+        + layout("SubreportOne", slow, "") + "</Reports>");
+}
+
+void tst_report_run::stopsWhileAQueryRuns()
+{
+    QFETCH(QByteArray, definition);
+    int calls = 0;
+    m_program->host.onProgress = [&](int) { m_program->host.stop = ++calls > 100; };
+    QCOMPARE(m_program->run.openListed(write(definition)), RunResult::Stopped);
+    QCOMPARE(m_program->host.messages, QStringList(QStringLiteral("Report Canceled|64|Report has been canceled.")));
+    QVERIFY(!m_program->run.document());
+    m_program->host.onProgress = nullptr;
+    m_program->host.stop = false;
+    QCOMPARE(m_program->run.openListed(write(test::providerList())), RunResult::Done);
 }
 
 void tst_report_run::checksFilesOpenedByPath_data()

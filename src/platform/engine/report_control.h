@@ -65,7 +65,7 @@ struct RenderSettings {
 /// What a finished run tells beside the document.
 struct RenderResult {
     DocumentPtr document; ///< whole, unless it was stopped
-    RowsetPtr rows;       ///< of the main layout, in the data source's order
+    RowsetPtr rows;       ///< of the main layout, in the data source's order; null when stopped before it
     bool isStopped = false;
     qint64 queryMs = 0;   ///< of the main layout's record source
 };

@@ -20,7 +20,7 @@ public:
         : m_control(control)
         , m_settings(settings)
         , m_document(std::make_shared<Document>())
-        , m_rowSource(settings)
+        , m_rowSource(settings, [this] { report(); })
         , m_looks(*m_document)
         , m_facts{settings, control.layout().name, &m_faults}
         , m_builder(*m_document, m_looks, settings.style)
@@ -60,11 +60,12 @@ RenderResult ReportRendering::run()
     const DataSource &source = m_control.dataSource();
     QElapsedTimer timer;
     timer.start();
-    m_rows = m_rowSource.rows(source.connectionString, source.recordSource);
-    const qint64 queryMs = timer.elapsed();
+    qint64 queryMs = 0;
     setUpPaper();
     bool isStopped = false;
     try {
+        m_rows = m_rowSource.rows(source.connectionString, source.recordSource);
+        queryMs = timer.elapsed();
         layOut();
     } catch (const RunStop &) {
         isStopped = true;
@@ -106,11 +107,11 @@ void ReportRendering::layOut()
     collectNotes();
 }
 
-/// At each row, page and row of a sub-report: how long one takes nobody knows, so that only who listens can
+/// At each row, page and row of a sub-report and while queries run: how long one takes nobody knows, so that only who listens can
 /// tell by the clock when something is to come of it.
 void ReportRendering::report()
 {
-    const qsizetype count = std::max<qsizetype>(m_rows->rowCount(), 1);
+    const qsizetype count = m_rows ? std::max<qsizetype>(m_rows->rowCount(), 1) : 1;
     if (m_settings.progress && !m_settings.progress(int(m_row * 100 / count)))
         throw RunStop();
 }

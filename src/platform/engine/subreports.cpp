@@ -67,7 +67,7 @@ RowsetPtr RowSource::rows(const QString &connectionText, const QString &sql)
             opened = Connection::open(connectionText, m_settings.drivers);
         connection = opened.get();
     }
-    known = connection->openRowset(sql);
+    known = connection->openRowset(sql, m_watch);
     return known;
 }
 
