@@ -267,6 +267,7 @@ void frmCVRMain::runReportWith(Call call)
     if (m_gate->isClosed())
         return;
     m_stopQuestion = tr("Do you want to stop this report?");
+    vp->setEmptyText(tr("The report is being prepared. Escape stops it."));
     m_gate->takeEscape();
     m_gate->close();
     const RunResult result = call();
