@@ -57,10 +57,10 @@ QString ParseSQL(const QString &szsql, const QString &findStr, const QString &re
     return szsql.first(at) + fmtDate(*date) + szsql.mid(at + kDateTokenLength);
 }
 
-bool TestSQL(Reportr &state, MessageBoxes &boxes, const QString &szsql)
+bool TestSQL(Reportr &state, MessageBoxes &boxes, const QString &szsql, const QueryWatch &watch)
 {
     try {
-        state.gConn->openRowset(szsql);
+        state.gConn->openRowset(szsql, watch);
         return true;
     } catch (const DatabaseError &error) {
         boxes.message(QStringLiteral("Error in SQL Query. ") + error.description(), MessageFlags::Exclamation,

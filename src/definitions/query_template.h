@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/database/driver.h"
+
 #include <QtCore/QString>
 
 #include <array>
@@ -37,6 +39,6 @@ QString queryText(const QString &first, const QString &second, const DatabaseNam
 QString ParseSQL(const QString &szsql, const QString &findStr, const QString &repString, int dateOrder = 0);
 
 /// Whether the text opens as a recordset on gConn; otherwise the user sees "SQL Error".
-bool TestSQL(Reportr &state, MessageBoxes &boxes, const QString &szsql);
+bool TestSQL(Reportr &state, MessageBoxes &boxes, const QString &szsql, const QueryWatch &watch = {});
 
 } // namespace corvane

@@ -9,6 +9,8 @@
 
 #include <QtCore/QFileInfo>
 
+#include <utility>
+
 namespace corvane {
 
 namespace {
@@ -46,8 +48,7 @@ RunResult ReportRun::openListed(const QString &path)
     m_host.enableMenu(ReportMenu::mnuFProps, m_host.rptType == TabularReport);
     const RunResult result = runReport();
     const bool incomplete = result == RunResult::Failed || result == RunResult::Stopped;
-    m_host.enableMenu(ReportMenu::mnuFPrint, !incomplete);
-    m_host.enableMenu(ReportMenu::mnuFSendTo, !incomplete);
+    enableOutputMenus(!incomplete);
     m_host.promptParams = false;
     return result;
 }
@@ -99,7 +100,17 @@ RunResult ReportRun::runReport()
     m_vp.reset();
     m_adodc1.clear();
     m_timings = {};
-    return runGuarded();
+    const RunResult result = runGuarded();
+    if (result == RunResult::Done && std::exchange(m_withheldMenus, false))
+        enableOutputMenus(true);
+    return result;
+}
+
+void ReportRun::enableOutputMenus(bool enabled)
+{
+    m_withheldMenus = !enabled;
+    m_host.enableMenu(ReportMenu::mnuFPrint, enabled);
+    m_host.enableMenu(ReportMenu::mnuFSendTo, enabled);
 }
 
 RunResult ReportRun::runGuarded()
@@ -191,8 +202,7 @@ void ReportRun::setStatesAfterFailure()
     m_host.enableButton(PdfButton, false);
     m_host.enableButton(PropertiesButton, tabular);
     m_host.enableButton(ExcelButton, false);
-    m_host.enableMenu(ReportMenu::mnuFPrint, false);
-    m_host.enableMenu(ReportMenu::mnuFSendTo, false);
+    enableOutputMenus(false);
 }
 
 RunResult ReportRun::stop()
@@ -207,8 +217,12 @@ RunResult ReportRun::stop()
     m_host.enableButton(RefreshButton, true);
     for (const int button : {PdfButton, PropertiesButton, ExcelButton})
         m_host.enableButton(button, false);
-    m_host.enableMenu(ReportMenu::mnuFPrint, false);
-    m_host.enableMenu(ReportMenu::mnuFSendTo, false);
+    if (m_host.rptType == TabularReport) {
+        const TabularDefinition definition(m_state.gRptFile); // too long a range is why most runs are stopped
+        m_host.enableButton(DatesButton, definition.getDates());
+        m_host.enableButton(PatientButton, definition.getPatient());
+    }
+    enableOutputMenus(false);
     return RunResult::Stopped;
 }
 

@@ -80,6 +80,7 @@ private:
     RunResult failRendering(const QString &description);
     void setStatesAfterFailure();
     RunResult stop();
+    void enableOutputMenus(bool enabled);
 
     Reportr &m_state;
     ReportHost &m_host;
@@ -91,6 +92,7 @@ private:
     DesignedRun m_designed;
     DocumentPtr m_document;
     RunTimings m_timings;
+    bool m_withheldMenus = false; ///< since a run that left nothing whole; the next whole report gives them back
 };
 
 } // namespace corvane

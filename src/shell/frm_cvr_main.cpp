@@ -13,8 +13,10 @@
 #include "session/report_list.h"
 #include "session/startup.h"
 #include "shared/dates.h"
+#include "shell/dropped_report.h"
 #include "shell/frm_reportr_logon.h"
 #include "shell/input_gate.h"
+#include "shell/report_list_pane.h"
 #include "shell/report_list_view.h"
 #include "shell/single_instance.h"
 
@@ -22,6 +24,7 @@
 #include <QtCore/QFileInfo>
 #include <QtGui/QCloseEvent>
 #include <QtGui/QDesktopServices>
+#include <QtGui/QDropEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QSplitter>
@@ -122,7 +125,7 @@ void frmCVRMain::startWithoutConnection()
 {
     for (const int index : {DatesButton, PdfButton, PatientButton})
         enableButton(index, false);
-    File1->setEnabled(false);
+    m_listPane->setEnabled(false);
     vp->setEmptyText(tr("There is no connection to the database."));
 }
 
@@ -190,10 +193,47 @@ void frmCVRMain::mnuOpen_Click()
     if (m_lastFolder.isEmpty())
         m_lastFolder = m_state.programFolder;
     const QString file = m_desktop.openFile(tr("Open"), m_lastFolder, {});
-    if (file.trimmed().isEmpty())
-        return;
+    if (!file.trimmed().isEmpty())
+        openFile(file);
+}
+
+void frmCVRMain::openFile(const QString &file)
+{
     m_lastFolder = QFileInfo(file).absolutePath();
     runReportWith([&] { return m_run.openReport(file); });
+}
+
+/// A run goes on, or a question stands.
+bool frmCVRMain::isBusy() const
+{
+    return m_gate->isBusy() || QApplication::activeModalWidget();
+}
+
+/// Only a copy is taken: whoever drags a file to move it would delete it afterwards.
+bool frmCVRMain::mayTakeDrop(const QDropEvent &event) const
+{
+    return !isBusy() && event.possibleActions().testFlag(Qt::CopyAction) && !droppedReport(*event.mimeData()).isEmpty();
+}
+
+void frmCVRMain::dragEnterEvent(QDragEnterEvent *event)
+{
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(mayTakeDrop(*event));
+}
+
+void frmCVRMain::dropEvent(QDropEvent *event)
+{
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(mayTakeDrop(*event));
+    if (!event->isAccepted())
+        return;
+    // Later, because the program that the file came from waits until this handler returns.
+    const auto open = [this, file = droppedReport(*event->mimeData())] {
+        if (!isBusy())
+            openFile(file);
+    };
+    QMetaObject::invokeMethod(this, open, Qt::QueuedConnection);
+    activateWindow();
 }
 
 void frmCVRMain::mnuFProps_Click()
@@ -227,6 +267,7 @@ void frmCVRMain::runReportWith(Call call)
     if (m_gate->isClosed())
         return;
     m_stopQuestion = tr("Do you want to stop this report?");
+    vp->setEmptyText(tr("The report is being prepared. Escape stops it."));
     m_gate->takeEscape();
     m_gate->close();
     const RunResult result = call();

@@ -24,6 +24,7 @@ class HelpDesk;
 class InputGate;
 class Preview;
 class PreviewPane;
+class ReportListPane;
 class ReportListView;
 class RibbonButton;
 class SingleInstance;
@@ -66,6 +67,8 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     void buildToolbar();
@@ -83,6 +86,9 @@ private:
     void changeDates();
     void selectPatient();
     void mnuOpen_Click();
+    void openFile(const QString &file);
+    bool isBusy() const;
+    bool mayTakeDrop(const QDropEvent &event) const;
     void mnuFPrint_Click();
     void mnuAdobe_Click();
     void mnuExcel_Click();
@@ -112,6 +118,7 @@ private:
     DateField *DateFrom = nullptr;
     DateField *DateTo = nullptr;
     QSplitter *SSSplitter1 = nullptr;
+    ReportListPane *m_listPane = nullptr;
     ReportListView *File1 = nullptr;
     PreviewPane *m_previewPane = nullptr;
     Preview *vp = nullptr;

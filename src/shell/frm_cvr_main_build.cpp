@@ -8,6 +8,7 @@
 #include "platform/controls/ribbon_button.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_pane.h"
+#include "shell/report_list_pane.h"
 #include "shell/report_list_view.h"
 
 #include <QtWidgets/QHBoxLayout>
@@ -144,10 +145,8 @@ void frmCVRMain::buildPanes()
     SSSplitter1 = new QSplitter(this);
     SSSplitter1->setObjectName(QStringLiteral("SSSplitter1"));
     SSSplitter1->setChildrenCollapsible(false);
-    File1 = new ReportListView(SSSplitter1);
-    File1->setObjectName(QStringLiteral("File1"));
-    File1->setAccessibleName(tr("Reports"));
-    File1->setFrameShape(QFrame::NoFrame);
+    m_listPane = new ReportListPane(SSSplitter1);
+    File1 = m_listPane->list();
     connect(File1, &ReportListView::chosen, this, &frmCVRMain::File1_Click);
 
     m_previewPane = new PreviewPane(SSSplitter1);
@@ -159,6 +158,7 @@ void frmCVRMain::buildPanes()
     SSSplitter1->setStretchFactor(1, 1);
     SSSplitter1->setSizes({kListWidth, width() - kListWidth});
     setCentralWidget(SSSplitter1);
+    setAcceptDrops(true);
 }
 
 void frmCVRMain::buildStatusBar()

@@ -1,6 +1,7 @@
 #include "shell/input_gate.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QWidget>
 
@@ -37,17 +38,23 @@ bool isInput(QEvent::Type type)
 
 } // namespace
 
-InputGate::InputGate(QWidget *window)
+InputGate::InputGate(QWidget *window, Clock clock)
     : QObject(window)
     , m_window(window)
+    , m_clock(std::move(clock))
 {
+}
+
+qint64 InputGate::steadyMilliseconds()
+{
+    return QDeadlineTimer::current().deadline();
 }
 
 void InputGate::close()
 {
     if (std::exchange(m_closed, true))
         return;
-    m_sinceServed.start();
+    m_served = m_clock();
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -59,9 +66,10 @@ void InputGate::open()
 
 void InputGate::serve()
 {
-    if (m_sinceServed.elapsed() < kServeEveryMs)
+    const qint64 now = m_clock();
+    if (now - m_served < kServeEveryMs)
         return;
-    m_sinceServed.restart();
+    m_served = now;
     QCoreApplication::processEvents();
 }
 

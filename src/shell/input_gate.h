@@ -1,7 +1,9 @@
 #pragma once
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
+
+#include <functional>
+#include <utility>
 
 class QWidget;
 
@@ -14,11 +16,16 @@ class InputGate : public QObject
     Q_OBJECT
 
 public:
-    explicit InputGate(QWidget *window);
+    /// Milliseconds since whenever.
+    using Clock = std::function<qint64()>;
+
+    explicit InputGate(QWidget *window, Clock clock = steadyMilliseconds);
 
     void close();
     void open();
     bool isClosed() const { return m_closed; }
+    /// Closed, or opened for a question.
+    bool isBusy() const { return m_closed || m_openedFor > 0; }
 
     /// Opens a closed gate for as long as it lives.
     class Opened
@@ -29,9 +36,11 @@ public:
             , m_wasClosed(gate.isClosed())
         {
             m_gate.open();
+            ++m_gate.m_openedFor;
         }
         ~Opened()
         {
+            --m_gate.m_openedFor;
             if (m_wasClosed)
                 m_gate.close();
         }
@@ -42,7 +51,8 @@ public:
         bool m_wasClosed;
     };
 
-    /// Serves what is waiting, at most about twenty times a second.
+    /// To be called for every piece of work: serves what is waiting, at most twenty times a second and, where a
+    /// piece takes no longer than that, at least ten times.
     void serve();
 
     /// True once after Escape was pressed.
@@ -54,9 +64,13 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    static qint64 steadyMilliseconds();
+
     QWidget *m_window;
-    QElapsedTimer m_sinceServed;
+    Clock m_clock;
+    qint64 m_served = 0; ///< when events were served last, by the clock
     bool m_closed = false;
+    int m_openedFor = 0; ///< questions that stand, one within another
     bool m_escape = false;
     bool m_closeWish = false;
 };

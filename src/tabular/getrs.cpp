@@ -30,7 +30,12 @@ BodyResult getrs(const TabularRun &run, const QString &Spacing, const QString &H
     TabularBuild build(run, Spacing, Heading);
     QElapsedTimer timer;
     timer.start();
-    if (!TestSQL(run.state, run.host, query))
+    const auto watch = [&host = run.host] {
+        host.showProgress(0);
+        if (host.stopRequested())
+            throw RunStopped();
+    };
+    if (!TestSQL(run.state, run.host, query, watch))
         return BodyResult::QueryRefused;
     const RowsetPtr rows = run.state.gConn->openRowset(query);
     run.Adodc1.setRecordSource(query);

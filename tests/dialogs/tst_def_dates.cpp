@@ -5,6 +5,7 @@
 #include "support/typing.h"
 
 #include <QtTest/QtTest>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
 
 using namespace corvane;
@@ -45,6 +46,8 @@ private Q_SLOTS:
     void okNeedsTwoDates();
     void cancelWritesNothing();
     void followsTheDateOrder();
+    void calendarRangesFillBothDates_data();
+    void calendarRangesFillBothDates();
 };
 
 void tst_def_dates::startsFromTheHostsDates()
@@ -125,6 +128,42 @@ void tst_def_dates::followsTheDateOrder()
     QCOMPARE(opened.from()->text(), QStringLiteral("2026/11/02"));
     test::typeInto(opened.from(), QStringLiteral("20261101"));
     QCOMPARE(opened.from()->date(), QDate(2026, 11, 1));
+}
+
+void tst_def_dates::calendarRangesFillBothDates_data()
+{
+    QTest::addColumn<QLocale>("locale");
+    QTest::addColumn<QList<Qt::Key>>("keys");
+    QTest::addColumn<QString>("dates");
+    const QLocale german(QLocale::German);
+    const QLocale american(QLocale::English, QLocale::UnitedStates);
+    QTest::newRow("by letter") << german << QList {Qt::Key_M} << QStringLiteral("11/01/2026 11/30/2026");
+    QTest::newRow("by arrow keys") << german << QList {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return} << QStringLiteral("11/01/2026 11/01/2026");
+    QTest::newRow("a week from Monday") << german << QList {Qt::Key_W} << QStringLiteral("11/02/2026 11/08/2026");
+    QTest::newRow("a week from Sunday") << american << QList {Qt::Key_W} << QStringLiteral("11/01/2026 11/07/2026");
+    QTest::newRow("left without a choice") << german << QList {Qt::Key_Down, Qt::Key_Escape} << QStringLiteral("05/06/2026 11/02/2026");
+}
+
+void tst_def_dates::calendarRangesFillBothDates()
+{
+    QFETCH(QLocale, locale);
+    QFETCH(QList<Qt::Key>, keys);
+    Opened opened;
+    opened.form.setLocale(locale);
+    test::typeInto(opened.from(), QStringLiteral("05062026"));
+    auto *range = opened.control<QPushButton>("cmdrange");
+    QTimer::singleShot(0, &opened.form, [&] {
+        for (const Qt::Key key : keys)
+            QTest::keyClick(range->menu(), key);
+    });
+    range->setFocus();
+    QTest::keyClick(range, Qt::Key_Down);
+    QTEST(QString(opened.from()->text() + u' ' + opened.to()->text()), "dates");
+    QVERIFY(opened.form.isVisible());
+    QVERIFY(!opened.host.bDatesChanged); // nothing leaves the form before "Ok"
+    QTest::keyClick(range, Qt::Key_Return);
+    QVERIFY(!opened.form.isVisible());
+    QCOMPARE(opened.host.from.date, opened.from()->date());
 }
 
 QTEST_MAIN(tst_def_dates)

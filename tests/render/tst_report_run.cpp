@@ -54,7 +54,10 @@ private Q_SLOTS:
     void failuresLeaveTheWindowUsable_data();
     void failuresLeaveTheWindowUsable();
     void aRefusedQueryLeavesAnIncompleteDocument();
+    void stopsOnRequest_data();
     void stopsOnRequest();
+    void stopsWhileAQueryRuns_data();
+    void stopsWhileAQueryRuns();
     void checksFilesOpenedByPath_data();
     void checksFilesOpenedByPath();
     void nothingRunsWithoutALogon();
@@ -300,18 +303,65 @@ void tst_report_run::aRefusedQueryLeavesAnIncompleteDocument()
     QCOMPARE(m_program->host.buttonsOn(), QStringLiteral("0 2 4 5 6"));
 }
 
+void tst_report_run::stopsOnRequest_data()
+{
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QString>("buttons");
+    QTest::newRow("nothing asked") << QByteArray() << QStringLiteral("0 5");
+    QTest::newRow("with a range to shorten") << QByteArray("GetDates=True") << QStringLiteral("0 1 5");
+    QTest::newRow("with a patient to change") << QByteArray("GetPatient=True") << QStringLiteral("0 3 5");
+}
+
 void tst_report_run::stopsOnRequest()
 {
+    QFETCH(QByteArray, key);
     m_program->host.onProgress = [&](int percent) { m_program->host.stop = percent > 50; };
-    QCOMPARE(m_program->run.openListed(write(test::providerList())), RunResult::Stopped);
+    QCOMPARE(m_program->run.openListed(write(test::providerList().replace("[Columns]", QByteArray(key + "\n[Columns]")))), RunResult::Stopped);
     QCOMPARE(m_program->host.messages, QStringList(QStringLiteral("Report Canceled|64|Report has been canceled.")));
-    QCOMPARE(m_program->host.buttonsOn(), QStringLiteral("0 5"));
+    QTEST(m_program->host.buttonsOn(), "buttons");
     QVERIFY(!m_program->run.document());
+    QVERIFY(!m_program->run.dataControl().rowset());
     QVERIFY(!m_program->host.menu(ReportMenu::mnuFPrint));
+    QVERIFY(!m_program->host.menu(ReportMenu::mnuFSendTo));
     QVERIFY(!m_program->host.hourglass);
+    QCOMPARE(m_program->host.progress, 0);
     m_program->host.onProgress = nullptr;
     m_program->host.stop = false;
     QCOMPARE(m_program->run.runReport(), RunResult::Done);
+    QVERIFY(m_program->host.menu(ReportMenu::mnuFPrint));
+    QVERIFY(m_program->host.menu(ReportMenu::mnuFSendTo));
+}
+
+void tst_report_run::stopsWhileAQueryRuns_data()
+{
+    QTest::addColumn<QByteArray>("definition");
+    // One row, after minutes of work.
+    QByteArray slow = "SELECT count(*) AS provider_id, 1 AS last_name FROM CorvaneDB.dbo.patient_info a";
+    for (const char table : {'b', 'c', 'd'})
+        slow += QByteArray(" JOIN CorvaneDB.dbo.patient_info ") + table + " ON " + table + ".id > a.id - 500";
+    const auto layout = [](const QByteArray &name, const QByteArray &sql, const QByteArray &field) {
+        return QByteArray("<Report name=\"" + name + "\"><RecordSource><![CDATA[" + sql
+            + "]]></RecordSource><Section kind=\"detail\" height=\"0.2in\">" + field + "</Section></Report>");
+    };
+    const QByteArray xml = "<?xml version=\"1.0\"?>\n<Reports>";
+    QTest::newRow("tabular") << test::providerList().replace("SELECT provider_id, last_name FROM CorvaneDB.dbo.providers ORDER BY provider_id", slow);
+    QTest::newRow("designed") << QByteArray(xml + layout("Main", slow, "<Data column=\"last_name\" width=\"3in\" height=\"0.2in\"/>") + "</Reports>");
+    QTest::newRow("sub-report") << QByteArray(xml
+        + layout("Main", "SELECT 1 AS n", "<Subreport name=\"SubreportOne\" width=\"3in\" height=\"0.2in\"/>")
+        + layout("SubreportOne", slow, "") + "</Reports>");
+}
+
+void tst_report_run::stopsWhileAQueryRuns()
+{
+    QFETCH(QByteArray, definition);
+    int calls = 0;
+    m_program->host.onProgress = [&](int) { m_program->host.stop = ++calls > 100; };
+    QCOMPARE(m_program->run.openListed(write(definition)), RunResult::Stopped);
+    QCOMPARE(m_program->host.messages, QStringList(QStringLiteral("Report Canceled|64|Report has been canceled.")));
+    QVERIFY(!m_program->run.document());
+    m_program->host.onProgress = nullptr;
+    m_program->host.stop = false;
+    QCOMPARE(m_program->run.openListed(write(test::providerList())), RunResult::Done);
 }
 
 void tst_report_run::checksFilesOpenedByPath_data()

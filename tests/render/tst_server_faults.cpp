@@ -61,6 +61,8 @@ private Q_SLOTS:
     void aSilentServerEndsInATimeOut();
     void aSilentServerEndsAQuery();
     void aServerSilentInAQueryEndsInATimeOut();
+    void aQueryCanBeStopped_data();
+    void aQueryCanBeStopped();
     void theSecondDatabaseIsAServer();
 
 private:
@@ -277,6 +279,37 @@ void tst_server_faults::aServerSilentInAQueryEndsInATimeOut()
         "a connection given up stays so");
     const auto next = Connection::open(m_server.connectionText(QStringLiteral("clinic")), {});
     QCOMPARE(next->openRowset(sql)->rowCount(), 1);
+}
+
+void tst_server_faults::aQueryCanBeStopped_data()
+{
+    QTest::addColumn<bool>("isSilent");
+    QTest::newRow("a server that works") << false;
+    QTest::newRow("a server that fell silent") << true;
+}
+
+void tst_server_faults::aQueryCanBeStopped()
+{
+    QFETCH(bool, isSilent);
+    test::CuttingProxy proxy(m_server.port());
+    Program program = started(proxy.port());
+    QVERIFY(program.loggedOn);
+    m_demo.write(QStringLiteral("Reports/slow.rpt"),
+        QByteArray(kReport).replace(
+            "generate_series(1, 200)", "(SELECT 1 FROM pg_sleep(600)) q, generate_series(1, 200)"));
+    int calls = 0;
+    program.host.onProgress = [&](int) {
+        if (++calls == 5 && isSilent)
+            proxy.fallSilent(true);
+        program.host.stop = calls > 10;
+    };
+    QCOMPARE(program.run.openListed(m_demo.report(QStringLiteral("slow.rpt"))), RunResult::Stopped);
+    QCOMPARE(program.host.messages, QStringList(QStringLiteral("Report Canceled|64|Report has been canceled.")));
+    program.host.onProgress = nullptr;
+    program.host.stop = false;
+    proxy.fallSilent(false);
+    QCOMPARE(program.run.openListed(report()), RunResult::Done);
+    QCOMPARE(program.text(), m_whole);
 }
 
 /// The second database's provider is always SQL Server's. Here the name of its driver leads to

@@ -1,3 +1,4 @@
+#include "shared/calendar_range.h"
 #include "shared/dates.h"
 #include "shared/lists.h"
 #include "shared/numbers.h"
@@ -53,6 +54,8 @@ private Q_SLOTS:
     void roundsHalvesUp();
     void localesGiveOrderAndForm_data();
     void localesGiveOrderAndForm();
+    void calendarRangesAreWholePeriods_data();
+    void calendarRangesAreWholePeriods();
     void scramblesBothWays();
     void filesByNameOnly();
 };
@@ -197,6 +200,45 @@ void tst_shared_routines::localesGiveOrderAndForm()
     QCOMPARE(fmtDate(QDate(2024, 3, 1)), QStringLiteral("2024/03/01"));
     QVERIFY(dateTimeText(QDateTime(date, QTime(8, 5)), locale).contains(QStringLiteral("2026")));
     QCOMPARE(getLocaleValue(locale, 12345), QString());
+}
+
+void tst_shared_routines::calendarRangesAreWholePeriods_data()
+{
+    QTest::addColumn<CalendarRange>("range");
+    QTest::addColumn<QString>("today");
+    QTest::addColumn<Qt::DayOfWeek>("weekStart");
+    QTest::addColumn<QString>("days");
+
+    const auto row = [](const char *claim, CalendarRange range, const char *today, const char *days, Qt::DayOfWeek weekStart = Qt::Monday) {
+        QTest::newRow(claim) << range << QString::fromLatin1(today) << weekStart << QString::fromLatin1(days);
+    };
+    row("today", CalendarRange::Today, "2026-11-02", "2026-11-02 2026-11-02");
+    row("yesterday was last year", CalendarRange::Yesterday, "2026-01-01", "2025-12-31 2025-12-31");
+    row("yesterday was a leap day", CalendarRange::Yesterday, "2028-03-01", "2028-02-29 2028-02-29");
+    row("a week from Monday, on its Sunday", CalendarRange::ThisWeek, "2026-11-08", "2026-11-02 2026-11-08");
+    row("a week from Sunday, on its Sunday", CalendarRange::ThisWeek, "2026-11-08", "2026-11-08 2026-11-14", Qt::Sunday);
+    row("a week from Saturday, on its Friday", CalendarRange::ThisWeek, "2026-11-06", "2026-10-31 2026-11-06", Qt::Saturday);
+    row("a week across years", CalendarRange::ThisWeek, "2027-01-01", "2026-12-28 2027-01-03");
+    row("last week across years", CalendarRange::LastWeek, "2027-01-04", "2026-12-28 2027-01-03");
+    row("last week from Sunday, on a Saturday", CalendarRange::LastWeek, "2026-11-07", "2026-10-25 2026-10-31", Qt::Sunday);
+    row("a leap year's February", CalendarRange::ThisMonth, "2028-02-10", "2028-02-01 2028-02-29");
+    row("last month on a day that it lacks", CalendarRange::LastMonth, "2027-03-31", "2027-02-01 2027-02-28");
+    row("last month was last year", CalendarRange::LastMonth, "2026-01-31", "2025-12-01 2025-12-31");
+    row("a quarter on its last day", CalendarRange::ThisQuarter, "2026-06-30", "2026-04-01 2026-06-30");
+    row("a quarter on its first day", CalendarRange::ThisQuarter, "2026-10-01", "2026-10-01 2026-12-31");
+    row("last quarter was last year", CalendarRange::LastQuarter, "2026-03-31", "2025-10-01 2025-12-31");
+    row("last quarter on a day that it lacks", CalendarRange::LastQuarter, "2026-08-31", "2026-04-01 2026-06-30");
+    row("a year on its last day", CalendarRange::ThisYear, "2026-12-31", "2026-01-01 2026-12-31");
+    row("last year on a leap day", CalendarRange::LastYear, "2028-02-29", "2027-01-01 2027-12-31");
+}
+
+void tst_shared_routines::calendarRangesAreWholePeriods()
+{
+    QFETCH(CalendarRange, range);
+    QFETCH(QString, today);
+    QFETCH(Qt::DayOfWeek, weekStart);
+    const DaySpan span = calendarRange(range, QDate::fromString(today, Qt::ISODate), weekStart);
+    QTEST(QString(span.first.toString(Qt::ISODate) + u' ' + span.last.toString(Qt::ISODate)), "days");
 }
 
 void tst_shared_routines::scramblesBothWays()

@@ -14,6 +14,8 @@
 #include "support/typing.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QMimeData>
+#include <QtGui/QDropEvent>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QFileDialog>
@@ -61,6 +63,21 @@ void answerRange(QDialog &dialog, const char *from, const char *to)
     type(child(dialog, "DateFrom"), from);
     type(child(dialog, "DateTo"), to);
     click(child(dialog, "Command1"));
+}
+
+/// What a file manager does with files that are dragged onto a control; whether they were taken.
+bool dropOn(QWidget *target, const QList<QUrl> &files, Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction)
+{
+    QMimeData dragged;
+    dragged.setUrls(files);
+    const QPoint at(5, 5);
+    QDragEnterEvent enter(at, actions, &dragged, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(target, &enter);
+    if (!enter.isAccepted())
+        return false;
+    QDropEvent drop(at, actions, &dragged, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(target, &drop);
+    return drop.isAccepted() && drop.dropAction() == Qt::CopyAction;
 }
 
 /// No file of this process grows beyond a few bytes while this lives, as on a full disk.
@@ -159,8 +176,10 @@ private Q_SLOTS:
     void aWorkbookThatCannotBeWrittenIsTold();
     void printsOnTheChosenPrinter();
     void refusesToSaveWhatIsIncomplete();
+    void servesOnlyEscapeWhileRunning_data();
     void servesOnlyEscapeWhileRunning();
     void closingWhileRunningHappensAfterwards();
+    void dropsOpenLikeTheMenu();
     void theListKeepsItselfCurrent();
     void propertiesChangeTheDefinitionOnly();
     void onlyTabularReportsHaveProperties();
@@ -539,29 +558,101 @@ void tst_main_window::refusesToSaveWhatIsIncomplete()
     QFile::remove(m_demo.report(QStringLiteral("broken.rpt")));
 }
 
+void tst_main_window::servesOnlyEscapeWhileRunning_data()
+{
+    QTest::addColumn<QByteArray>("definition");
+    // Long enough for the window to be served: every patient with every other one.
+    const QByteArray many = "SELECT a.id, b.last_name FROM CorvaneDB.dbo.appointments a JOIN CorvaneDB.dbo.appointments c ON c.id <= 400 "
+                            "JOIN CorvaneDB.dbo.patient_info b ON b.id = a.patient_id";
+    const QByteArray name = "<Data column=\"last_name\" width=\"3in\" height=\"0.2in\"/>";
+    const auto layout = [](const QByteArray &title, const QByteArray &sql, const QByteArray &field) {
+        return QByteArray("<Report name=\"" + title + "\"><RecordSource><![CDATA[" + sql
+            + "]]></RecordSource><Section kind=\"detail\" height=\"0.2in\">" + field + "</Section></Report>");
+    };
+    const auto file = [](const QByteArray &reports) { return QByteArray("<?xml version=\"1.0\"?>\n<Reports>" + reports + "</Reports>"); };
+    QTest::newRow("designed") << file(layout("Main", many, name));
+    QTest::newRow("designed, all in one sub-report") << file(layout("Main", "SELECT 1 AS n", "<Subreport name=\"SubreportOne\" width=\"3in\" height=\"0.2in\"/>")
+        + layout("SubreportOne", many, name));
+    QTest::newRow("tabular") << test::providerList().replace("SELECT provider_id, last_name FROM CorvaneDB.dbo.providers ORDER BY provider_id", many);
+}
+
 void tst_main_window::servesOnlyEscapeWhileRunning()
 {
-    // Long enough for the window to be served: every patient with every other one.
-    m_demo.write(QStringLiteral("Reports/long.rpt"),
-        test::providerList().replace("SELECT provider_id, last_name FROM CorvaneDB.dbo.providers ORDER BY provider_id",
-            "SELECT a.id, b.last_name FROM CorvaneDB.dbo.appointments a JOIN CorvaneDB.dbo.appointments c ON c.id <= 400 "
-            "JOIN CorvaneDB.dbo.patient_info b ON b.id = a.patient_id"));
+    QFETCH(QByteArray, definition);
+    m_demo.write(QStringLiteral("Reports/long.rpt"), definition);
     Program program(m_demo.path());
     QVERIFY(program.startLoggedOn());
+    bool tookADrop = true;
     QTimer::singleShot(0, program.window.get(), [&] {
         QTest::mouseClick(program.list()->viewport(), Qt::LeftButton, {}, QPoint(10, 10));
+        tookADrop = dropOn(program.list()->viewport(), {QUrl::fromLocalFile(m_demo.report(QStringLiteral("Phone list.rpt")))});
         QTest::keyClick(program.window.get(), Qt::Key_Escape);
     });
-    program.modal.press(QMessageBox::Yes); // stop?
-    program.modal.press(QMessageBox::Ok);  // canceled
+    bool tookADropAsked = true;
+    program.modal.drive([&](QDialog &dialog) { // stop?
+        tookADropAsked = dropOn(program.preview(), {QUrl::fromLocalFile(m_demo.report(QStringLiteral("Phone list.rpt")))});
+        auto *box = qobject_cast<QMessageBox *>(&dialog);
+        QCOMPARE(box->text(), QStringLiteral("Do you want to stop this report?"));
+        click(box->button(QMessageBox::Yes));
+    });
+    program.modal.press(QMessageBox::Ok); // canceled
     program.clickReport(QStringLiteral("long.rpt"));
-    QCOMPARE(program.modal.messages()[0].text, QStringLiteral("Do you want to stop this report?"));
-    QCOMPARE(program.modal.messages()[1].text, QStringLiteral("Report has been canceled."));
-    QCOMPARE(program.modal.messages()[1].title, QStringLiteral("Report Canceled"));
+    QVERIFY(!tookADrop);
+    QVERIFY(!tookADropAsked);
+    QCOMPARE(program.modal.messages().last().text, QStringLiteral("Report has been canceled."));
+    QCOMPARE(program.modal.messages().last().title, QStringLiteral("Report Canceled"));
     QVERIFY(!program.preview()->document());
     QCOMPARE(program.buttonsOn(), QStringLiteral("0 5"));
+    for (const char *name : {"mnuFPrint", "mnuFSendTo"})
+        QVERIFY(!program.menu(name)->isEnabled());
+    QTest::keyClick(program.window.get(), Qt::Key_P, Qt::ControlModifier); // no print dialog
+    for (const int index : {PdfButton, ExcelButton})
+        click(program.button(index)); // nor one for a file
     program.clickReport(QStringLiteral("Phone list.rpt"));
     QVERIFY(program.preview()->document());
+    QVERIFY(program.menu("mnuFPrint")->isEnabled());
+}
+
+void tst_main_window::dropsOpenLikeTheMenu()
+{
+    m_demo.write(QStringLiteral("other/own.rpt"), test::providerList());
+    m_demo.write(QStringLiteral("other/none.rpt"), "hello");
+    const QUrl own = QUrl::fromLocalFile(m_demo.file(QStringLiteral("other/own.rpt")));
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    for (QWidget *target : {static_cast<QWidget *>(program.list()->viewport()), program.preview()->viewport(), child(*program.window, "txtfilter")}) {
+        const DocumentPtr before = program.preview()->document();
+        QVERIFY(dropOn(target, {own}));
+        QTRY_VERIFY(program.preview()->document() != before);
+        QCOMPARE(program.firstLine(), QStringLiteral("Date of Report: 11/02/2026"));
+    }
+    program.modal.press(QMessageBox::Ok);
+    QVERIFY(dropOn(program.list()->viewport(), {QUrl::fromLocalFile(m_demo.file(QStringLiteral("other/none.rpt")))}));
+    QTRY_COMPARE(program.modal.messages().size(), 1);
+    QCOMPARE(program.modal.messages()[0].title, QStringLiteral("Invalid Report File"));
+
+    const DocumentPtr before = program.preview()->document();
+    const auto isRefused = [&](const QList<QUrl> &urls, Qt::DropActions actions = Qt::CopyAction) {
+        return !dropOn(program.list()->viewport(), urls, actions);
+    };
+    QVERIFY(isRefused({}));
+    QVERIFY(isRefused({own, own}));
+    QVERIFY(isRefused({QUrl::fromLocalFile(m_demo.file(QStringLiteral("other")))}));
+    QVERIFY(isRefused({QUrl::fromLocalFile(m_demo.file(QStringLiteral("other/missing.rpt")))}));
+    QVERIFY(isRefused({QUrl(QStringLiteral("https://example.org/own.rpt"))}));
+    QVERIFY(isRefused({own}, Qt::MoveAction)); // the file would be deleted where it was
+    program.modal.drive([&](QDialog &dialog) {
+        QCOMPARE(qobject_cast<QFileDialog *>(&dialog)->directory().dirName(), QStringLiteral("other")); // the folder used last
+        QVERIFY(isRefused({own}));
+        dialog.reject();
+    });
+    program.menu("mnuOpen")->trigger();
+    program.modal.drive([&](QDialog &dialog) {
+        QVERIFY(isRefused({own}));
+        click(child(dialog, "cmdOK"));
+    });
+    program.menu("mnuHAbout")->trigger();
+    QCOMPARE(program.preview()->document(), before);
 }
 
 void tst_main_window::closingWhileRunningHappensAfterwards()

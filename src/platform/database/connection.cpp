@@ -2,6 +2,8 @@
 
 #include "platform/database/error.h"
 
+#include <QtCore/QScopeGuard>
+
 namespace corvane {
 
 std::unique_ptr<Connection> Connection::open(const QString &connectionText, const DriverSettings &settings)
@@ -18,12 +20,14 @@ Connection::Connection(QString connectionText, std::unique_ptr<Driver> driver)
 {
 }
 
-RowsetPtr Connection::openRowset(const QString &sql)
+RowsetPtr Connection::openRowset(const QString &sql, const QueryWatch &watch)
 {
     if (sql.trimmed().isEmpty())
         throw DatabaseError(3709, QStringLiteral("The query is empty."));
     if (!m_latest || m_latestSql != sql) {
         forgetResult();
+        m_driver->setWatch(watch);
+        const auto unwatched = qScopeGuard([this] { m_driver->setWatch({}); });
         m_latest = m_driver->query(sql);
         m_latestSql = sql;
     }

@@ -19,7 +19,7 @@ public:
 
     /// The whole result of a query. The latest result is kept, so that the test run, the report rows
     /// and the data control that ask for the same text cost one execution; forgetResult() drops it.
-    RowsetPtr openRowset(const QString &sql);
+    RowsetPtr openRowset(const QString &sql, const QueryWatch &watch = {});
     void forgetResult();
 
 private:

@@ -5,6 +5,7 @@
 
 #include <QtCore/QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace corvane {
@@ -23,6 +24,9 @@ struct DriverSettings {
     TimeOuts timeOuts {}; ///< only for servers
 };
 
+/// Called again and again while a query runs, on the caller's thread; what it throws ends the query.
+using QueryWatch = std::function<void()>;
+
 /// One open session with one kind of database. Closing happens on destruction.
 class Driver
 {
@@ -32,6 +36,12 @@ public:
     /// Runs one statement to its end and keeps all its rows. DatabaseError on any failure, a blank
     /// statement included.
     virtual RowsetPtr query(const QString &sql) = 0;
+
+    /// Empty: nobody watches.
+    void setWatch(QueryWatch watch) { m_watch = std::move(watch); }
+
+protected:
+    QueryWatch m_watch;
 };
 
 /// SQLite: `dataSource` is "sqlite:FOLDER", FOLDER relative to the program folder. The catalogue X is

@@ -57,13 +57,15 @@ struct RenderSettings {
     ValueTextStyle style;
     Connection *connection = nullptr; ///< used where it is open on the data source's text; else one is opened
     DriverSettings drivers;
-    std::function<bool(int percent)> progress; ///< false: the run is to stop; may be empty
+    /// Called for each row that is sorted, totalled or laid out, sub-reports' rows included, and for each page;
+    /// false: the run is to stop. May be empty.
+    std::function<bool(int percent)> progress;
 };
 
 /// What a finished run tells beside the document.
 struct RenderResult {
     DocumentPtr document; ///< whole, unless it was stopped
-    RowsetPtr rows;       ///< of the main layout, in the data source's order
+    RowsetPtr rows;       ///< of the main layout, in the data source's order; null when stopped before it
     bool isStopped = false;
     qint64 queryMs = 0;   ///< of the main layout's record source
 };

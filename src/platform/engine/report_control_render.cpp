@@ -7,9 +7,6 @@ namespace corvane {
 
 namespace {
 
-constexpr qsizetype kRowsPerProgress = 256;
-constexpr int kPagesPerProgress = 8;
-
 /// The user stopped the run.
 struct RunStop
 {
@@ -23,13 +20,14 @@ public:
         : m_control(control)
         , m_settings(settings)
         , m_document(std::make_shared<Document>())
-        , m_rowSource(settings)
+        , m_rowSource(settings, [this] { report(); })
         , m_looks(*m_document)
         , m_facts{settings, control.layout().name, &m_faults}
         , m_builder(*m_document, m_looks, settings.style)
         , m_placer(*m_document)
         , m_subreports(control, m_rowSource, m_looks, m_builder, m_facts)
     {
+        m_facts.onRow = [this] { report(); };
         m_builder.setSubreportSource([this](const FieldPlan &field, RowContext &context) {
             return m_subreports.layOut(field, context);
         });
@@ -40,7 +38,7 @@ public:
 private:
     void setUpPaper();
     void layOut();
-    void report(qsizetype row);
+    void report();
     void collectNotes();
 
     const ReportControl &m_control;
@@ -54,7 +52,7 @@ private:
     BandPlacer m_placer;
     Subreports m_subreports;
     RowsetPtr m_rows;
-    qsizetype m_row = 0;
+    qsizetype m_row = 0; ///< of the main layout, the latest that was laid out
 };
 
 RenderResult ReportRendering::run()
@@ -62,11 +60,12 @@ RenderResult ReportRendering::run()
     const DataSource &source = m_control.dataSource();
     QElapsedTimer timer;
     timer.start();
-    m_rows = m_rowSource.rows(source.connectionString, source.recordSource);
-    const qint64 queryMs = timer.elapsed();
+    qint64 queryMs = 0;
     setUpPaper();
     bool isStopped = false;
     try {
+        m_rows = m_rowSource.rows(source.connectionString, source.recordSource);
+        queryMs = timer.elapsed();
         layOut();
     } catch (const RunStop &) {
         isStopped = true;
@@ -91,19 +90,14 @@ void ReportRendering::layOut()
 {
     const LayoutPlan plan(m_control.layout(), m_rows->fieldNames(), m_looks, PlanFor::Report);
     RowContext context(plan, m_facts, m_rows);
-    int pages = 0;
-    PageFiller filler(*m_document, context, m_builder, m_placer, m_facts, [&] {
-        if (++pages % kPagesPerProgress == 0)
-            report(m_row);
-    });
+    PageFiller filler(*m_document, context, m_builder, m_placer, m_facts, m_facts.onRow);
     BandQueue queue(filler);
     RowWalker walker(context, m_builder, queue, GroupOutline::Entries);
-    report(0);
+    report();
     filler.start();
     walker.walk([this](qsizetype row) {
         m_row = row;
-        if (row % kRowsPerProgress == 0)
-            report(row);
+        m_facts.onRow();
     });
     queue.finish();
     filler.leaveColumns();
@@ -113,10 +107,12 @@ void ReportRendering::layOut()
     collectNotes();
 }
 
-void ReportRendering::report(qsizetype row)
+/// At each row, page and row of a sub-report and while queries run: how long one takes nobody knows, so that only who listens can
+/// tell by the clock when something is to come of it.
+void ReportRendering::report()
 {
-    const qsizetype count = std::max<qsizetype>(m_rows->rowCount(), 1);
-    if (m_settings.progress && !m_settings.progress(int(row * 100 / count)))
+    const qsizetype count = m_rows ? std::max<qsizetype>(m_rows->rowCount(), 1) : 1;
+    if (m_settings.progress && !m_settings.progress(int(m_row * 100 / count)))
         throw RunStop();
 }
 

@@ -67,6 +67,7 @@ void RowContext::sortByGroups()
 Datum RowContext::groupKeyOf(int group, qsizetype row)
 {
     m_row = row;
+    m_facts.onRow();
     try {
         return evaluate(m_plan.groupKey(group));
     } catch (const EvaluationFault &fault) {
@@ -94,6 +95,7 @@ void RowContext::computeTotals()
             for (; at < end; ++at) {
                 setPosition(at);
                 addTo(builder, aggregate);
+                m_facts.onRow();
             }
             m_totals[i].push_back(builder.value());
         }

@@ -22,6 +22,8 @@ struct RunFacts
     const RenderSettings &settings;
     QString reportName;
     RunFaults *faults = nullptr;
+    /// To be called for each row that something is done with, a sub-report's too; may throw to end the run.
+    std::function<void()> onRow = [] {};
     int pageNumber = 1;
     int pageCount = 1; ///< before the end: a guess that only serves to measure
 };

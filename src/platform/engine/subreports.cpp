@@ -67,7 +67,7 @@ RowsetPtr RowSource::rows(const QString &connectionText, const QString &sql)
             opened = Connection::open(connectionText, m_settings.drivers);
         connection = opened.get();
     }
-    known = connection->openRowset(sql);
+    known = connection->openRowset(sql, m_watch);
     return known;
 }
 
@@ -96,7 +96,7 @@ std::shared_ptr<const Galley> Subreports::layOut(const FieldPlan &field, RowCont
     m_chain.push_back(*target);
     RowWalker walker(*context, m_builder, sink, GroupOutline::None);
     walker.addSections(SectionKind::ReportHeader, 0);
-    walker.walk([](qsizetype) {});
+    walker.walk([this](qsizetype) { m_facts.onRow(); });
     walker.addSections(SectionKind::ReportFooter, rows->rowCount() - 1);
     m_chain.pop_back();
     if (plan.hasPageFields())

@@ -10,8 +10,9 @@ namespace corvane {
 class RowSource
 {
 public:
-    explicit RowSource(const RenderSettings &settings)
+    RowSource(const RenderSettings &settings, QueryWatch watch)
         : m_settings(settings)
+        , m_watch(std::move(watch))
     {
     }
 
@@ -20,6 +21,7 @@ public:
 
 private:
     const RenderSettings &m_settings;
+    QueryWatch m_watch;
     std::map<QString, std::unique_ptr<Connection>> m_opened;
     QHash<std::pair<QString, QString>, RowsetPtr> m_known; ///< by connection and text
 };

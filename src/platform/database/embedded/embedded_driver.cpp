@@ -10,17 +10,59 @@
 #include <QtCore/QHash>
 #include <QtCore/QUrl>
 
+#include <exception>
+
 namespace corvane::embedded {
 
 namespace {
 
 constexpr int kBusyMs = 5000;
+constexpr int kStepsPerWatch = 2000; ///< of SQLite's machine: far below a millisecond
 
 bool isReservedCatalogue(const QString &name)
 {
     return name.compare(u"main", Qt::CaseInsensitive) == 0
         || name.compare(u"temp", Qt::CaseInsensitive) == 0;
 }
+
+/// Has the database call a watch while a statement runs. An exception waits until the database has ended the
+/// statement, because it cannot cross the library.
+class WatchedDatabase
+{
+public:
+    WatchedDatabase(sqlite3 *database, const QueryWatch &watch)
+        : m_database(database)
+        , m_watch(watch)
+    {
+        if (m_watch)
+            sqlite3_progress_handler(m_database, kStepsPerWatch, &WatchedDatabase::look, this);
+    }
+    ~WatchedDatabase() { sqlite3_progress_handler(m_database, 0, nullptr, nullptr); }
+    Q_DISABLE_COPY_MOVE(WatchedDatabase)
+
+    void rethrow() const
+    {
+        if (m_thrown)
+            std::rethrow_exception(m_thrown);
+    }
+
+private:
+    static int look(void *self)
+    {
+        auto &watched = *static_cast<WatchedDatabase *>(self);
+        try {
+            watched.m_watch();
+            return 0;
+        } catch (...) {
+            watched.m_thrown = std::current_exception();
+            return 1;
+        }
+    }
+
+    sqlite3 *m_database;
+    const QueryWatch &m_watch;
+    std::exception_ptr m_thrown;
+};
 
 class EmbeddedDriver final : public Driver
 {
@@ -191,12 +233,14 @@ RowsetPtr EmbeddedDriver::rowsOf(const Translation &translation)
 {
     m_functions.failure = 0;
     m_functions.recursions = 0;
+    const WatchedDatabase watched(m_database.get(), m_watch);
     try {
         const StatementHandle statement = prepared(m_database.get(), translation.sql);
         if (!statement)
             throw latestError(m_database.get());
         return fetchAll(statement.get(), translation.results);
     } catch (const DatabaseError &error) {
+        watched.rethrow();
         if (error.description() == u"parser stack overflow")
             throw DatabaseError(kStatementError,
                 QStringLiteral("The query is nested too deeply for the embedded database. Make "

@@ -6,8 +6,11 @@
 #include "platform/database/odbc/keywords.h"
 #include "platform/database/odbc/provider.h"
 
+#include <QtCore/QScopeGuard>
+
 #include <chrono>
 #include <future>
+#include <mutex>
 #include <thread>
 
 namespace corvane::odbc {
@@ -16,6 +19,10 @@ namespace {
 
 /// How long a driver may take to report its own time-out before it is not waited for any more.
 constexpr std::chrono::seconds kGrace(5);
+/// How long a server may take to leave a query before its session is given up.
+constexpr std::chrono::seconds kCancelled(1);
+/// How often somebody who watches is called.
+constexpr std::chrono::milliseconds kTurn(20);
 
 /// Opens the session; false when the driver cannot.
 bool logOn(
@@ -57,7 +64,9 @@ public:
     ~Link() { SQLDisconnect(m_session.get()); }
     Q_DISABLE_COPY_MOVE(Link)
 
-    RowsetPtr run(const QString &sql) const;
+    RowsetPtr run(const QString &sql);
+    /// Asks the server, from another thread, to leave the query that runs.
+    void cancel();
 
 private:
     template <typename AnyHandle> DatabaseError failure(const AnyHandle &handle) const
@@ -71,6 +80,8 @@ private:
     TimeOuts m_timeOuts;
     Environment m_environment;
     Session m_session;
+    std::mutex m_mutex;
+    SQLHSTMT m_running = nullptr; ///< guarded by m_mutex
 };
 
 Link::Link(const QString &driver, const ConnectionText &text, TimeOuts timeOuts)
@@ -89,11 +100,24 @@ Link::Link(const QString &driver, const ConnectionText &text, TimeOuts timeOuts)
     throw failure(m_session);
 }
 
-RowsetPtr Link::run(const QString &sql) const
+void Link::cancel()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_running)
+        SQLCancel(m_running);
+}
+
+RowsetPtr Link::run(const QString &sql)
 {
     const Statement statement(m_session.get());
     if (!statement)
         throw failure(m_session);
+    const auto setRunning = [this](SQLHSTMT handle) {
+        const std::lock_guard lock(m_mutex);
+        m_running = handle;
+    };
+    setRunning(statement.get());
+    const auto ended = qScopeGuard([&] { setRunning(nullptr); });
     if (m_timeOuts.query > 0)
         SQLSetStmtAttrW(
             statement.get(), SQL_ATTR_QUERY_TIMEOUT, attribute(SQLULEN(m_timeOuts.query)), 0);
@@ -117,7 +141,8 @@ public:
     RowsetPtr query(const QString &sql) override;
 
 private:
-    RowsetPtr queryWithin(std::chrono::seconds most, const QString &sql);
+    RowsetPtr queryAside(const QString &sql);
+    void watch(const std::future<RowsetPtr> &result);
 
     TimeOuts m_timeOuts;
     std::shared_ptr<Link> m_link; ///< null once it was given up
@@ -131,25 +156,44 @@ RowsetPtr OdbcDriver::query(const QString &sql)
         throw DatabaseError(kConnectionError,
             QStringLiteral("The connection was given up because the server did not answer."),
             FailureCause::Lost);
-    if (m_timeOuts.query == 0)
-        return m_link->run(sql);
-    return queryWithin(std::chrono::seconds(m_timeOuts.query) + kGrace, sql);
+    return m_timeOuts.query == 0 && !m_watch ? m_link->run(sql) : queryAside(sql);
 }
 
-/// Some drivers ask the server to mind the time: one that fell silent never ends the call. It is
-/// made on a thread of its own then, which keeps the session and is left alone when time is up.
-RowsetPtr OdbcDriver::queryWithin(std::chrono::seconds most, const QString &sql)
+/// On a thread of its own, so that somebody can watch, and because some drivers ask the server to mind the
+/// time: with one that fell silent the call never ends. The thread keeps the session and is left alone then.
+RowsetPtr OdbcDriver::queryAside(const QString &sql)
 {
     std::packaged_task<RowsetPtr()> task([link = m_link, sql] { return link->run(sql); });
     std::future<RowsetPtr> result = task.get_future();
     std::thread(std::move(task)).detach();
-    if (result.wait_for(most) == std::future_status::ready)
-        return result.get();
-    m_link.reset();
-    throw DatabaseError(kConnectionError,
-        QStringLiteral("The server did not answer within %1 seconds, nor to the request to stop.")
-            .arg(m_timeOuts.query),
-        FailureCause::TimeOut);
+    const auto start = std::chrono::steady_clock::now();
+    const auto most = std::chrono::seconds(m_timeOuts.query) + kGrace;
+    while (result.wait_for(kTurn) != std::future_status::ready) {
+        watch(result);
+        if (m_timeOuts.query == 0 || std::chrono::steady_clock::now() - start < most)
+            continue;
+        m_link.reset();
+        throw DatabaseError(kConnectionError,
+            QStringLiteral("The server did not answer within %1 seconds, nor to the request to stop.")
+                .arg(m_timeOuts.query),
+            FailureCause::TimeOut);
+    }
+    return result.get();
+}
+
+void OdbcDriver::watch(const std::future<RowsetPtr> &result)
+{
+    if (!m_watch)
+        return;
+    try {
+        m_watch();
+    } catch (...) {
+        // Some drivers reach a silent server for this no more than for the query.
+        std::thread([link = m_link] { link->cancel(); }).detach();
+        if (result.wait_for(kCancelled) != std::future_status::ready)
+            m_link.reset();
+        throw;
+    }
 }
 
 } // namespace

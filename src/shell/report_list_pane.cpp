@@ -1,0 +1,70 @@
+#include "shell/report_list_pane.h"
+
+#include "platform/controls/control_names.h"
+#include "shell/report_list_view.h"
+
+#include <QtGui/QKeyEvent>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QVBoxLayout>
+
+namespace corvane {
+
+ReportListPane::ReportListPane(QWidget *parent)
+    : QWidget(parent)
+    , txtfilter(new QLineEdit(this))
+    , File1(new ReportListView(this))
+{
+    nameControl(txtfilter, QStringLiteral("txtfilter"), tr("Filter reports"));
+    nameControl(File1, QStringLiteral("File1"), tr("Reports"));
+    txtfilter->setPlaceholderText(tr("Filter reports"));
+    txtfilter->setClearButtonEnabled(true);
+    txtfilter->setAcceptDrops(false); // a file that is dropped here is opened, not typed
+    txtfilter->installEventFilter(this);
+    File1->setFrameShape(QFrame::NoFrame);
+    connect(txtfilter, &QLineEdit::textChanged, File1, &ReportListView::setFilter);
+
+    auto *pane = new QVBoxLayout(this);
+    const int gap = pane->spacing();
+    auto *box = new QVBoxLayout;
+    box->setContentsMargins(gap, gap, gap, gap);
+    box->addWidget(txtfilter);
+    pane->setContentsMargins(0, 0, 0, 0);
+    pane->setSpacing(0);
+    pane->addLayout(box);
+    pane->addWidget(File1);
+}
+
+bool ReportListPane::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == txtfilter && event->type() == QEvent::KeyPress
+        && keyPressed(static_cast<QKeyEvent *>(event)->key()))
+        return true;
+    return QWidget::eventFilter(watched, event);
+}
+
+bool ReportListPane::keyPressed(int key)
+{
+    switch (key) {
+    case Qt::Key_Down:
+    case Qt::Key_PageDown:
+        File1->goToShown();
+        File1->setFocus(Qt::OtherFocusReason);
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!File1->chooseShown()) {
+            File1->goToShown();
+            File1->setFocus(Qt::OtherFocusReason);
+        }
+        return true;
+    case Qt::Key_Escape:
+        if (txtfilter->text().isEmpty())
+            return false;
+        txtfilter->clear();
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace corvane
