@@ -6,6 +6,7 @@
 #include "definitions/report_kind.h"
 #include "definitions/tabular_definition.h"
 #include "platform/database/error.h"
+#include "platform/files/file_replacement.h"
 #include "platform/pdf/pdf_writer.h"
 #include "platform/printing/print_error.h"
 #include "platform/printing/print_queue.h"
@@ -19,7 +20,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 
 #ifndef Q_OS_WIN
 #include <sys/resource.h>
@@ -40,22 +40,21 @@ qint64 peakMemoryKiB()
 #endif
 }
 
-/// Writes the document page by page; nothing stands under the name until commit().
-QString writeText(const Document &document, QSaveFile &file)
+/// Everything but the commit. False: the file says why.
+bool writeText(const Document &document, FileReplacement &file)
 {
-    if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
+    if (!file.open())
+        return false;
     QString text;
     for (size_t i = 0; i < document.pages.size(); ++i) {
         text.clear();
         if (i > 0)
             text += u'\f';
         appendPageText(text, document.pages[i]);
-        const QByteArray bytes = text.toUtf8();
-        if (file.write(bytes) != bytes.size())
-            return file.errorString();
+        if (!file.write(text.toUtf8()))
+            return false;
     }
-    return {};
+    return file.complete();
 }
 
 void printNotes(const QStringList &notes)
@@ -142,41 +141,43 @@ private:
         }
     }
 
-    /// Empty when everything asked for is done; otherwise no file of this run is left, and the sentence says why.
+    /// Empty when everything asked for is done; otherwise no file of this run is left, older ones are as they were, and the
+    /// sentence says why. So all files are complete before a page is printed, and take their places together after it.
     QString deliver()
     {
-        QSaveFile text(m_options.textFile);
-        QStringList written;
-        QString fault = m_options.textFile.isEmpty() ? QString() : textFault(writeText(*m_run.document(), text));
-        if (fault.isEmpty())
-            fault = writeBinaries(written);
+        FileReplacement pdf = pdfReplacement(m_options.pdfFile);
+        FileReplacement workbook = workbookReplacement(m_options.xlsFile);
+        FileReplacement text(QStringLiteral("text file"), m_options.textFile);
+        QString fault = writeBinaries(pdf, workbook);
+        if (fault.isEmpty() && !m_options.textFile.isEmpty() && !writeText(*m_run.document(), text))
+            fault = text.failure();
         if (fault.isEmpty())
             fault = print();
-        if (fault.isEmpty() && !m_options.textFile.isEmpty() && !text.commit())
-            fault = textFault(text.errorString());
-        if (!fault.isEmpty()) {
-            for (const QString &file : std::as_const(written))
-                QFile::remove(file);
+        if (!fault.isEmpty())
+            return fault;
+        std::vector<FileReplacement *> written;
+        for (FileReplacement *file : {&pdf, &workbook, &text}) {
+            if (!file->fileName().isEmpty())
+                written.push_back(file);
         }
-        return fault;
+        const FileReplacement *failed = commitAll(written);
+        return failed ? failed->failure() : QString();
     }
 
-    QString writeBinaries(QStringList &written)
+    QString writeBinaries(FileReplacement &pdf, FileReplacement &workbook)
     {
         try {
             if (!m_options.pdfFile.isEmpty()) {
                 PdfOptions options;
                 options.tagging = m_options.tagged ? PdfTagging::Always : PdfTagging::ShortDocuments;
-                m_pdfMs = timed([&] { writePdf(*m_run.document(), m_options.pdfFile, options); });
-                written += m_options.pdfFile;
+                m_pdfMs = timed([&] { writePdf(*m_run.document(), pdf, options); });
             }
             if (!m_options.xlsFile.isEmpty()) {
                 m_run.prepareExcel();
                 if (m_run.dataControl().isEmpty())
                     return kNoRowsToSave;
                 WorkbookNotes notes;
-                m_xlsMs = timed([&] { notes = writeWorkbook(*m_run.dataControl().rowset(), m_options.xlsFile, m_run.workbookOptions()); });
-                written += m_options.xlsFile;
+                m_xlsMs = timed([&] { notes = writeWorkbook(*m_run.dataControl().rowset(), workbook, m_run.workbookOptions()); });
                 printNotes(notes.sentences());
             }
         } catch (const PdfError &error) {
@@ -208,11 +209,6 @@ private:
         timer.start();
         work();
         return timer.elapsed();
-    }
-
-    QString textFault(const QString &cause) const
-    {
-        return cause.isEmpty() ? QString() : QStringLiteral("\"%1\" cannot be written: %2.").arg(QDir::toNativeSeparators(m_options.textFile), cause);
     }
 
     void printTimings() const

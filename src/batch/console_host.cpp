@@ -26,7 +26,7 @@ MessageAnswer ConsoleHost::message(const QString &text, int flags, const QString
 {
     printError(text);
     // Nobody is there to say yes.
-    return flags & MessageFlags::YesNo ? MessageAnswer::No : MessageAnswer::Ok;
+    return MessageFlags::ask(flags) ? MessageAnswer::No : MessageAnswer::Ok;
 }
 
 void ConsoleHost::setDates(QDate from, QDate to)

@@ -5,7 +5,6 @@
 #include "shared/report_host.h"
 #include "shared/run_time_fault.h"
 
-#include <QtCore/QCryptographicHash>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
@@ -118,28 +117,28 @@ EditedDefinition::EditedDefinition(const QString &file)
 PageProperties EditedDefinition::load()
 {
     // Before the properties are read: a change in between is then noticed when they are saved.
-    m_loaded = fingerprint();
+    m_loaded = m_expected = bytesOf(m_file);
     return loadPageProperties(TabularDefinition(m_file));
 }
 
 std::optional<PropertyFault> EditedDefinition::fault(const PageProperties &properties) const
 {
-    return findFault(properties, profileEncoding(m_file, bytesOf(m_file)));
+    return findFault(properties, profileEncoding(m_file, m_loaded));
 }
 
-bool EditedDefinition::changedOnDisk() const
+/// Never into what somebody else wrote: columns that were made for one query must not stand beside
+/// another.
+bool EditedDefinition::save(const PageProperties &properties)
 {
-    return fingerprint() != m_loaded;
+    if (WriteINI(m_file, profileEntries(properties), {m_loaded, m_expected}))
+        return true;
+    m_seen = bytesOf(m_file);
+    return false;
 }
 
-void EditedDefinition::save(const PageProperties &properties) const
+void EditedDefinition::overruleChange()
 {
-    WriteINI(m_file, profileEntries(properties));
-}
-
-QByteArray EditedDefinition::fingerprint() const
-{
-    return QCryptographicHash::hash(bytesOf(m_file), QCryptographicHash::Sha256);
+    m_expected = m_seen;
 }
 
 } // namespace corvane

@@ -37,16 +37,17 @@ public:
     PageProperties load();
 
     std::optional<PropertyFault> fault(const PageProperties &properties) const;
-    /// Whether the file's bytes differ from those that were loaded.
-    bool changedOnDisk() const;
-    /// Writes all properties or none. @throws ProfileWriteError
-    void save(const PageProperties &properties) const;
+    /// Writes all properties into the file as it was loaded, or nothing. False, and nothing
+    /// written, when somebody else changed the file since then. @throws ProfileWriteError
+    bool save(const PageProperties &properties);
+    /// Lets the next save() replace what stopped the latest one, and nothing that comes after it.
+    void overruleChange();
 
 private:
-    QByteArray fingerprint() const;
-
     QString m_file;
     QByteArray m_loaded;
+    QByteArray m_expected; ///< what save() may replace
+    QByteArray m_seen; ///< what stopped it
 };
 
 } // namespace corvane

@@ -62,6 +62,11 @@ frmCVRProps::~frmCVRProps()
 bool frmCVRProps::Form_Load()
 {
     prefillTexts();
+    return loadDefinition();
+}
+
+bool frmCVRProps::loadDefinition()
+{
     QString refusal = editRefusal(m_definition.file());
     try {
         if (refusal.isEmpty())
@@ -194,15 +199,42 @@ void frmCVRProps::Command5_Click()
         return;
     lblfin->setText(columnTexts(properties.columns).fields);
     try {
-        m_definition.save(properties);
+        if (save(properties))
+            accept();
     } catch (const ProfileWriteError &error) {
         m_boxes.message(
             tr("%1\n\nWhat you entered is still in the form: mend the cause and press Ok again.")
                 .arg(error.message()),
             MessageFlags::Exclamation, windowTitle());
-        return;
     }
-    accept();
+}
+
+/// Asks again for each change that comes in between. False: the form stays open.
+bool frmCVRProps::save(const PageProperties &properties)
+{
+    while (!m_definition.save(properties)) {
+        if (!settleChange())
+            return false;
+    }
+    return true;
+}
+
+/// True: what this form holds is to replace what somebody else wrote.
+bool frmCVRProps::settleChange()
+{
+    const MessageAnswer answer = m_boxes.message(
+        tr("\"%1\" was changed by somebody else while this form was open. Only one of the two can "
+           "stay:\n\n"
+           "Yes keeps yours. What the other wrote is replaced, the query included.\n"
+           "No takes the other's. The form shows it, and what you entered is given up.\n"
+           "Cancel goes back to the form, and nothing is written.")
+            .arg(QFileInfo(m_definition.file()).fileName()),
+        MessageFlags::YesNoCancel | MessageFlags::Exclamation, windowTitle());
+    if (answer == MessageAnswer::Yes)
+        m_definition.overruleChange();
+    else if (answer == MessageAnswer::No && loadDefinition())
+        setProblems({}); // they were the old file's
+    return answer == MessageAnswer::Yes;
 }
 
 bool frmCVRProps::mayWrite(const PageProperties &properties)
@@ -219,15 +251,7 @@ bool frmCVRProps::mayWrite(const PageProperties &properties)
         point(*fault);
         return false;
     }
-    return !m_definition.changedOnDisk()
-        || m_boxes.message(tr("\"%1\" was changed by another program while this form was "
-                              "open.\n\nYes writes the texts, "
-                              "layout and columns of this form over it; everything else of the "
-                              "changed file stays. No "
-                              "goes back to the form.")
-                               .arg(QFileInfo(m_definition.file()).fileName()),
-               MessageFlags::YesNo | MessageFlags::Exclamation, windowTitle())
-        == MessageAnswer::Yes;
+    return true;
 }
 
 /// Takes the user to what has to be mended.

@@ -66,6 +66,9 @@ private:
     void Command4_Click();
     void Command5_Click();
     bool mayWrite(const PageProperties &properties);
+    bool loadDefinition();
+    bool save(const PageProperties &properties);
+    bool settleChange();
     void point(const PropertyFault &fault);
     bool ValidateColSizes();
 

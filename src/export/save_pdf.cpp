@@ -12,20 +12,25 @@ namespace {
 
 const QString kTitle = QStringLiteral("Corvane");
 
-/// "Documents" below the program folder, made when missing; the user's own where that fails.
+/// "Documents" below the program folder, made when missing; the user's own where that fails. A program folder that is
+/// gone is not made again: what is saved there would not be found once the network is back.
 QString documentsFolder(const QString &programFolder)
 {
-    const QString own = QDir(programFolder).filePath(QStringLiteral("Documents"));
-    return QDir().mkpath(own) ? own : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QDir folder(programFolder);
+    const QString own = folder.filePath(QStringLiteral("Documents"));
+    return QDir(own).exists() || folder.mkdir(QStringLiteral("Documents")) ? own : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }
 
-bool convert(const Document &document, const QString &fileName)
+/// Empty, or why there is no file.
+QString convert(const Document &document, const QString &fileName)
 {
+    if (fileName.isEmpty())
+        return QStringLiteral("The PDF file was not saved. No file name was chosen.");
     try {
         writePdf(document, fileName);
-        return true;
-    } catch (const PdfError &) {
-        return false;
+        return {};
+    } catch (const PdfError &error) {
+        return error.message();
     }
 }
 
@@ -42,24 +47,25 @@ bool mayExport(Desktop &desktop, const DocumentPtr &document)
     return false;
 }
 
-void savepdf(Desktop &desktop, const DocumentPtr &document, const QString &programFolder)
+QString savepdf(Desktop &desktop, const DocumentPtr &document, const QString &programFolder)
 {
     if (!mayExport(desktop, document))
-        return;
+        return {};
     const QString fileName = desktop.saveFile({QStringLiteral("Save as..."), documentsFolder(programFolder),
         QStringLiteral("PDF Files (*.pdf)|*.pdf"), QStringLiteral("*.pdf")});
     const MessageAnswer answer = desktop.message(
         QStringLiteral("File has been saved. Do you want to open it in Acrobat Reader?"), MessageFlags::YesNo, kTitle);
     if (answer != MessageAnswer::Yes)
-        return;
-    if (fileName.isEmpty() || !convert(*document, fileName)) {
+        return {};
+    if (const QString failure = convert(*document, fileName); !failure.isEmpty()) {
         // Deliberate: the quote before the file name is never closed.
         desktop.message(QString(u"Failed to convert '" + fileName
                             + u"\r\nIf the pdf file is open, please close it and try again."),
             MessageFlags::OkOnly, kTitle);
-        return;
+        return failure;
     }
     desktop.openDocument(fileName);
+    return {};
 }
 
 } // namespace corvane

@@ -45,12 +45,14 @@ QStringView withoutReturn(QStringView line)
     return line.endsWith(u'\r') ? line.chopped(1) : line;
 }
 
-QByteArray readAll(const QString &file)
+/// Nothing when it is not there or cannot be read to its end.
+std::optional<QByteArray> readable(const QString &file)
 {
     QFile source(file);
     if (!QFileInfo(file).isFile() || !source.open(QIODevice::ReadOnly) || source.size() > kLargestProfile)
-        return {};
-    return source.readAll();
+        return std::nullopt;
+    const QByteArray bytes = source.readAll();
+    return source.error() == QFile::NoError ? std::optional(bytes) : std::nullopt;
 }
 
 QByteArray untilNul(const QByteArray &bytes)
@@ -61,7 +63,7 @@ QByteArray untilNul(const QByteArray &bytes)
 
 Profile readProfile(const QString &file)
 {
-    return Profile(profileText(file, readAll(file)));
+    return Profile(profileText(file, readable(file).value_or(QByteArray())));
 }
 
 } // namespace
@@ -151,8 +153,13 @@ bool ProfileFile::refresh()
     if (m_watch && !m_watch->hasChanged())
         return false;
     // Watched before it is read, so that a change in between is noticed the next time.
-    m_watch = std::make_unique<FileWatch>(QFile::encodeName(m_file));
-    m_profile = readProfile(m_file);
+    auto watch = std::make_unique<FileWatch>(QFile::encodeName(m_file));
+    const auto bytes = readable(m_file);
+    // Rows must not lose their columns halfway down a report because a network folder is gone.
+    if (!bytes && m_watch)
+        return false;
+    m_watch = std::move(watch);
+    m_profile = Profile(profileText(m_file, bytes.value_or(QByteArray())));
     return true;
 }
 

@@ -74,8 +74,8 @@ QString missingCharacter(QStringView text, ProfileEncoding encoding);
 /// A character as messages name it: "ř" (U+0159).
 QString characterName(QStringView character);
 
-/// A profile file kept parsed. It answers as if nothing were kept, provided that refresh() is called
-/// before each use, or once per record where a report reads it cell by cell. It keeps the file open.
+/// A profile file kept parsed. With refresh() before each use, or once per record of a report, it answers
+/// as if nothing were kept, except that a file which cannot be read any more counts as it was last read.
 class ProfileFile
 {
 public:
@@ -119,5 +119,14 @@ struct ProfileEntry {
 };
 /// The same for several values of one file, in their order: all of them or none.
 void WriteINI(const QString &file, std::span<const ProfileEntry> entries);
+
+/// What whoever changes a file has read.
+struct ProfileVersions {
+    QByteArray base;     ///< the bytes that the values are put into
+    QByteArray expected; ///< the bytes that may be replaced
+};
+/// The same for a file that several people change: false, and nothing written, when it holds other bytes
+/// than those expected. Of two programs that write at a time one comes first, and the other is told.
+bool WriteINI(const QString &file, std::span<const ProfileEntry> entries, const ProfileVersions &versions);
 
 } // namespace corvane

@@ -1,16 +1,19 @@
 #include "shared/profile.h"
 
+#include "platform/files/file_hold.h"
+#include "platform/files/file_replacement.h"
 #include "shared/code_page.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtCore/QSaveFile>
 
 #include <algorithm>
 
 namespace corvane {
 
 namespace {
+
+constexpr int kAttempts = 10;
+const QString kChangesAllTheTime = QStringLiteral("Another program changes it all the time. Try again in a moment.");
 
 QByteArray encoded(QStringView text, ProfileEncoding encoding)
 {
@@ -131,6 +134,74 @@ QByteArray changed(const QByteArray &old, ProfileEncoding encoding, QStringView 
     return bytes.insert(place.begin, insertion);
 }
 
+/// One attempt to replace a profile. Everything that fails is a ProfileWriteError.
+class ProfileReplacement
+{
+public:
+    explicit ProfileReplacement(const QString &file)
+        : m_name(file)
+        , m_file(QStringLiteral("file"), file, SavePlace::Fixed)
+    {
+    }
+
+    /// Empty when there is no file.
+    QByteArray read() const
+    {
+        QFile source(m_name);
+        if (!source.exists())
+            return {};
+        if (!source.open(QIODevice::ReadOnly))
+            refuse(QStringLiteral("%1. Ask for the right to read it.").arg(source.errorString()));
+        const QByteArray bytes = source.readAll();
+        if (source.error() != QFile::NoError)
+            refuse(QStringLiteral("It cannot be read to its end: %1. Have the disk and the connection to it looked at.").arg(source.errorString()));
+        return bytes;
+    }
+
+    QByteArray composed(const QByteArray &base, std::span<const ProfileEntry> entries) const;
+
+    /// Between the comparison and the new file's taking its place lie microseconds, and in them only a program that
+    /// does not ask for the hold can come in between: another one of this kind waits or has come before.
+    bool replace(const QByteArray &expected, const QByteArray &bytes)
+    {
+        const FileHold hold(m_name);
+        if (!hold.isHeld())
+            refuse(QStringLiteral("Another program is writing it. Try again in a moment."));
+        if (bytes == expected)
+            return read() == expected;
+        if (!m_file.open() || !m_file.write(bytes) || !m_file.complete())
+            throw ProfileWriteError(m_file.failure());
+        if (read() != expected)
+            return false;
+        if (!m_file.commit())
+            throw ProfileWriteError(m_file.failure());
+        return true;
+    }
+
+    [[noreturn]] void refuse(const QString &cause) const { throw ProfileWriteError(m_file.failureText(cause)); }
+
+private:
+    QString m_name;
+    FileReplacement m_file;
+};
+
+QByteArray ProfileReplacement::composed(const QByteArray &base, std::span<const ProfileEntry> entries) const
+{
+    const ProfileEncoding encoding = profileEncoding(m_name, base);
+    QByteArray bytes = base;
+    for (const auto &[section, key, value] : entries) {
+        if (value.contains(u'\n') || value.contains(u'\r') || value.contains(u'\0'))
+            refuse(QStringLiteral("A value must stand on one line."));
+        if (value.size() > Profile::kLongestValue)
+            refuse(QStringLiteral("\"%1\" of [%2] is longer than %3 characters.").arg(key, section).arg(Profile::kLongestValue));
+        bytes = changed(bytes, encoding, section, key, value);
+    }
+    // A few pairs of Windows-1252 letters are also a letter of UTF-8, and would be read back as that.
+    if (decodeProfile(bytes, profileEncoding(m_name, bytes)) != decodeProfile(bytes, encoding))
+        refuse(QStringLiteral("Its letters beyond ASCII would be taken for UTF-8. Save the file as UTF-8 in a text editor first."));
+    return bytes;
+}
+
 } // namespace
 
 QString missingCharacter(QStringView text, ProfileEncoding encoding)
@@ -158,41 +229,18 @@ void WriteINI(const QString &file, QStringView section, QStringView key, const Q
 
 void WriteINI(const QString &file, std::span<const ProfileEntry> entries)
 {
-    const auto refuse = [&](const QString &cause) {
-        throw ProfileWriteError(QStringLiteral("\"%1\" cannot be written: %2. Nothing was changed.")
-                                    .arg(QDir::toNativeSeparators(file), cause));
-    };
-    QByteArray old;
-    QFile source(file);
-    if (source.exists()) {
-        if (!source.open(QIODevice::ReadOnly))
-            refuse(source.errorString());
-        old = source.readAll();
-        source.close();
+    for (int i = 0; i < kAttempts; ++i) {
+        const QByteArray bytes = ProfileReplacement(file).read();
+        if (WriteINI(file, entries, {bytes, bytes}))
+            return;
     }
-    const ProfileEncoding encoding = profileEncoding(file, old);
-    QByteArray bytes = old;
-    for (const auto &[section, key, value] : entries) {
-        if (value.contains(u'\n') || value.contains(u'\r') || value.contains(u'\0'))
-            refuse(QStringLiteral("a value must stand on one line"));
-        if (value.size() > Profile::kLongestValue)
-            refuse(QStringLiteral("\"%1\" of [%2] is longer than %3 characters").arg(key, section).arg(Profile::kLongestValue));
-        bytes = changed(bytes, encoding, section, key, value);
-    }
-    if (bytes == old)
-        return;
-    // A few pairs of Windows-1252 letters are also a letter of UTF-8, and would be read back as that.
-    if (decodeProfile(bytes, profileEncoding(file, bytes)) != decodeProfile(bytes, encoding))
-        refuse(QStringLiteral("its letters beyond ASCII would be taken for UTF-8; save the file as UTF-8 in a text editor first"));
-    // Unbuffered: commit() does not notice when what was left in a buffer found no room on the disk.
-    QSaveFile target(file);
-    if (!target.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        refuse(target.errorString());
-    const qint64 written = target.write(bytes);
-    if (written >= 0 && written < bytes.size())
-        refuse(QStringLiteral("there is no room left on the disk"));
-    if (written < 0 || !target.commit())
-        refuse(target.errorString());
+    ProfileReplacement(file).refuse(kChangesAllTheTime);
+}
+
+bool WriteINI(const QString &file, std::span<const ProfileEntry> entries, const ProfileVersions &versions)
+{
+    ProfileReplacement replacement(file);
+    return replacement.replace(versions.expected, replacement.composed(versions.base, entries));
 }
 
 } // namespace corvane

@@ -38,7 +38,10 @@ void frmCVRMain::mnuFPrint_Click()
 
 void frmCVRMain::mnuAdobe_Click()
 {
-    exportWith([this] { savepdf(m_desktop, m_run.document(), m_state.programFolder); });
+    exportWith([this] {
+        if (const QString failure = savepdf(m_desktop, m_run.document(), m_state.programFolder); !failure.isEmpty())
+            showNotes({failure});
+    });
 }
 
 void frmCVRMain::mnuExcel_Click()

@@ -182,7 +182,7 @@ void tst_batch::leavesNoFileBehindAFailure_data()
     QTest::newRow("a fault in the rows") << list + "[ColumnFormat]\n1=MinToTime\n"
                                          << QStringLiteral("--pdf out.pdf --text out.txt") << QStringLiteral("Error 13");
     QTest::newRow("a NUL byte ends the definition") << QByteArray("\0", 1) + list << QStringLiteral("--pdf out.pdf --text out.txt") << QString();
-    QTest::newRow("text into a missing folder") << list << QStringLiteral("--pdf out.pdf --text none/out.txt") << QStringLiteral("cannot be written");
+    QTest::newRow("text into a missing folder") << list << QStringLiteral("--pdf out.pdf --text none/out.txt") << QStringLiteral("The text file \"none/out.txt\" was not saved. The folder");
     QTest::newRow("PDF into a missing folder") << list << QStringLiteral("--pdf none/out.pdf --text out.txt") << QStringLiteral("out.pdf");
     QTest::newRow("workbook into a missing folder") << list << QStringLiteral("--pdf out.pdf --xls none/out.xls") << QStringLiteral("out.xls");
     QTest::newRow("a workbook without rows") << QByteArray(list).replace("ORDER BY", "WHERE 1 = 0 ORDER BY")
@@ -198,11 +198,20 @@ void tst_batch::leavesNoFileBehindAFailure()
     QFETCH(QString, files);
     QFETCH(QString, words);
     m_demo.write(QStringLiteral("Reports/test.rpt"), definition);
-    const Outcome outcome = batch(QStringLiteral("run test.rpt --user nora ") + files);
-    QCOMPARE(outcome.status, 1);
-    QVERIFY2(outcome.errors.contains(words), qPrintable(outcome.errors));
-    QVERIFY(!outcome.errors.isEmpty());
-    QCOMPARE(QDir(m_out.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+    const QStringList older {QStringLiteral("out.pdf"), QStringLiteral("out.txt"), QStringLiteral("out.xls")};
+    for (const bool isThere : {false, true}) {
+        for (const QString &name : isThere ? older : QStringList()) {
+            QFile file(m_out.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("older") == 5);
+        }
+        const Outcome outcome = batch(QStringLiteral("run test.rpt --user nora ") + files);
+        QCOMPARE(outcome.status, 1);
+        QVERIFY2(outcome.errors.contains(words), qPrintable(outcome.errors));
+        QVERIFY(!outcome.errors.isEmpty());
+        QCOMPARE(QDir(m_out.path()).entryList(QDir::Files | QDir::Hidden), isThere ? older : QStringList());
+        for (const QString &name : older)
+            QCOMPARE(output(name), QByteArray(isThere ? "older" : ""));
+    }
     QFile::remove(m_demo.report(QStringLiteral("test.rpt")));
 }
 
@@ -215,7 +224,7 @@ void tst_batch::saysWhatItHasNoRightTo_data()
     QTest::newRow("the reports' folder") << QStringLiteral("Reports") << 1 << QStringLiteral("There is no report");
     QTest::newRow("the databases' folder") << QStringLiteral("Data") << 4 << QStringLiteral("Error connecting to database!");
     QTest::newRow("the database") << QStringLiteral("Data/Clinic.db") << 4 << QStringLiteral("Error connecting to database!");
-    QTest::newRow("the output's folder") << QStringLiteral("out") << 1 << QStringLiteral("out.txt\" cannot be written");
+    QTest::newRow("the output's folder") << QStringLiteral("out") << 1 << QStringLiteral("out.txt\" was not saved. You may not write in the folder");
 }
 
 /// Root may read and write everything, so the program runs as somebody who may not.

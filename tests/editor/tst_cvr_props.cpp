@@ -2,6 +2,7 @@
 
 #include "editor/column_ruler.h"
 #include "editor/frm_cvr_props.h"
+#include "platform/files/file_hold.h"
 #include "support/modal_answers.h"
 #include "support/scripted_desktop.h"
 #include "support/suite.h"
@@ -176,6 +177,7 @@ std::function<void()> vanishedFile(const Opened &opened)
 } // namespace
 
 Q_DECLARE_METATYPE(Hindrance)
+Q_DECLARE_METATYPE(std::deque<corvane::MessageAnswer>)
 
 class tst_cvr_props : public test::Suite
 {
@@ -196,7 +198,9 @@ private Q_SLOTS:
     void refusalsPointAtWhatIsToBeMended();
     void aFailedSaveLosesNothing_data();
     void aFailedSaveLosesNothing();
-    void aChangeOnDiskIsAskedAbout();
+    void theSecondOfTwoUsersChooses_data();
+    void theSecondOfTwoUsersChooses();
+    void whatAnotherProgramWritesIsNotWaitedForLong();
     void anotherKindOfFileIsNeverWritten_data();
     void anotherKindOfFileIsNeverWritten();
     void theFontStaysInTheForm();
@@ -435,8 +439,9 @@ void tst_cvr_props::aFailedSaveLosesNothing_data()
 {
     QTest::addColumn<Hindrance>("hindrance");
     QTest::addColumn<QString>("words");
-    QTest::newRow("a read-only file") << Hindrance(readOnlyFile) << text("not writable");
-    QTest::newRow("a full disk") << Hindrance(fullDisk) << text("no room left on the disk");
+    QTest::newRow("a read-only file") << Hindrance(
+        readOnlyFile) << text("You may not change this file. Ask whoever looks after the folder");
+    QTest::newRow("a full disk") << Hindrance(fullDisk) << text("File too large. Have the disk");
     QTest::newRow("a file that is gone")
         << Hindrance(vanishedFile) << text("there is no such file");
 }
@@ -462,22 +467,72 @@ void tst_cvr_props::aFailedSaveLosesNothing()
     QCOMPARE(opened.read(), QByteArray(kDefinition).replace("CText=Visits", "CText=Typed"));
 }
 
-void tst_cvr_props::aChangeOnDiskIsAskedAbout()
+/// Two forms on one file; the second to save is told and chooses.
+void tst_cvr_props::theSecondOfTwoUsersChooses_data()
+{
+    QTest::addColumn<std::deque<MessageAnswer>>("answers");
+    QTest::addColumn<bool>("isOpen");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QByteArray>("query");
+    QTest::addColumn<QByteArray>("header");
+    using enum MessageAnswer;
+    const QByteArray mine = "SELECT last, first, day FROM visits\n";
+    const QByteArray theirs = "SELECT * FROM visits_new\n";
+    QTest::newRow("keeps mine, the query included")
+        << std::deque{Yes} << false << text("Mine") << mine << QByteArray("CText=Mine\n");
+    QTest::newRow("takes theirs, and the form shows it")
+        << std::deque{No} << true << text("Theirs") << theirs << QByteArray("CText=Theirs\n");
+    QTest::newRow("goes back, and nothing is written")
+        << std::deque{Cancel} << true << text("Mine") << theirs << QByteArray("CText=Theirs\n");
+}
+
+void tst_cvr_props::theSecondOfTwoUsersChooses()
+{
+    QFETCH(std::deque<MessageAnswer>, answers);
+    QFETCH(bool, isOpen);
+    QFETCH(QString, shown);
+    QFETCH(QByteArray, query);
+    QFETCH(QByteArray, header);
+    Opened opened;
+    opened.type("cboHeader1", "Mine");
+    opened.write(
+        QByteArray(kDefinition).replace("last, first, day FROM visits", "* FROM visits_new"));
+    frmCVRProps other(opened.file, opened.desktop, nullptr);
+    QVERIFY(other.Form_Load());
+    other.findChild<QComboBox *>(text("cboHeader1"))->setEditText(text("Theirs"));
+    QTest::mouseClick(other.findChild<QPushButton *>(text("Command5")), Qt::LeftButton);
+    QCOMPARE(other.result(), int(QDialog::Accepted));
+    QVERIFY(opened.desktop.messages.isEmpty());
+
+    opened.desktop.answers = answers;
+    opened.click("Command5");
+    QVERIFY(opened.lastMessage().startsWith(text("\"visits.rpt\" was changed by somebody else")));
+    QCOMPARE(opened.form->isVisible(), isOpen);
+    QCOMPARE(opened.control<QComboBox>("cboHeader1")->currentText(), shown);
+    QVERIFY2(opened.read().contains(query) && opened.read().contains(header), opened.read());
+    if (shown == u"Theirs") {
+        opened.type("cboHeader1", "Mine, later"); // and goes on from there
+        opened.click("Command5");
+        QCOMPARE(opened.desktop.messages.size(), 1);
+        QVERIFY(opened.read().contains(query) && opened.read().contains("CText=Mine, later\n"));
+    }
+}
+
+void tst_cvr_props::whatAnotherProgramWritesIsNotWaitedForLong()
 {
     Opened opened;
     opened.type("cboHeader1", "Typed");
-    const QByteArray other = QByteArray(kDefinition)
-                                 .replace("visits\n", "visits_new\n")
-                                 .replace("CText=Visits", "CText=Mine");
-    opened.write(other);
-    opened.desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
-    opened.click("Command5");
+    {
+        const FileHold hold(opened.file);
+        opened.click("Command5");
+    }
     QVERIFY(opened.form->isVisible());
-    QVERIFY(opened.lastMessage().startsWith(text("\"visits.rpt\" was changed by another program")));
-    QCOMPARE(opened.read(), other);
+    QVERIFY2(
+        opened.lastMessage().contains(u"Another program is writing it. Try again in a moment."),
+        qPrintable(opened.lastMessage()));
+    QCOMPARE(opened.read(), kDefinition);
     opened.click("Command5");
     QVERIFY(!opened.form->isVisible());
-    QCOMPARE(opened.read(), QByteArray(other).replace("CText=Mine", "CText=Typed"));
 }
 
 void tst_cvr_props::anotherKindOfFileIsNeverWritten_data()

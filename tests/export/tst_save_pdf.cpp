@@ -87,7 +87,8 @@ void tst_save_pdf::saysWhenTheFileCannotBeWritten()
     const QString file = m_folder.filePath(QStringLiteral("none/a.pdf"));
     desktop.files = {file};
     desktop.answers = {MessageAnswer::Yes};
-    savepdf(desktop, document(), m_folder.path());
+    const QString cause = savepdf(desktop, document(), m_folder.path());
+    QVERIFY2(cause.contains(QStringLiteral("The folder \"%1\" does not exist.").arg(m_folder.filePath(QStringLiteral("none")))), qPrintable(cause));
     QCOMPARE(desktop.messages.last().text,
         QString(u"Failed to convert '" + file + u"\r\nIf the pdf file is open, please close it and try again."));
     QVERIFY(!QFile::exists(file));

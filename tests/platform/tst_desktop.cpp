@@ -122,27 +122,39 @@ void tst_desktop::messagesFollowTheirFlags()
 
 void tst_desktop::questionsAreAnswered_data()
 {
+    QTest::addColumn<int>("flags");
     QTest::addColumn<int>("key");
     QTest::addColumn<MessageAnswer>("answer");
 
-    QTest::newRow("enter is Yes") << int(Qt::Key_Return) << MessageAnswer::Yes;
-    QTest::newRow("escape is No") << int(Qt::Key_Escape) << MessageAnswer::No;
+    using namespace MessageFlags;
+    QTest::newRow("enter is Yes") << YesNo << int(Qt::Key_Return) << MessageAnswer::Yes;
+    QTest::newRow("escape is No") << YesNo << int(Qt::Key_Escape) << MessageAnswer::No;
+    QTest::newRow("enter is the way back") << YesNoCancel << int(Qt::Key_Return) << MessageAnswer::Cancel;
+    QTest::newRow("escape too") << YesNoCancel << int(Qt::Key_Escape) << MessageAnswer::Cancel;
+    QTest::newRow("Tab and Space go round to Yes") << YesNoCancel << int(Qt::Key_Tab) << MessageAnswer::Yes;
 }
 
 void tst_desktop::questionsAreAnswered()
 {
+    QFETCH(int, flags);
     QFETCH(int, key);
     QFETCH(MessageAnswer, answer);
     const QString question = QStringLiteral("Do you want to open the file in Excel?");
-    const int flags = MessageFlags::YesNo;
 
     test::ModalAnswers answers;
-    answers.drive([key](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key(key)); });
+    answers.drive([key](QDialog &dialog) {
+        QTest::keyClick(&dialog, Qt::Key(key));
+        if (key == Qt::Key_Tab)
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Space);
+    });
     QCOMPARE(m_desktop.message(question, flags, QStringLiteral("Open Excel")), answer);
-    answers.press(answer == MessageAnswer::Yes ? QMessageBox::Yes : QMessageBox::No);
+    const QMap<MessageAnswer, QMessageBox::StandardButton> buttons {{MessageAnswer::Yes, QMessageBox::Yes},
+        {MessageAnswer::No, QMessageBox::No}, {MessageAnswer::Cancel, QMessageBox::Cancel}};
+    answers.press(buttons[answer]);
     QCOMPARE(m_desktop.message(question, flags, {}), answer);
     answers.verify();
-    QCOMPARE(answers.messages().value(0).buttons, QMessageBox::Yes | QMessageBox::No);
+    const auto yesNo = QMessageBox::Yes | QMessageBox::No;
+    QCOMPARE(answers.messages().value(0).buttons, flags == MessageFlags::YesNo ? yesNo : yesNo | QMessageBox::Cancel);
 }
 
 void tst_desktop::anUnannouncedDialogIsAFault()

@@ -257,8 +257,9 @@ void tst_print_pages::failuresAreTold_data()
         "a folder that does not exist",
         [](QPrinter &printer) { printer.setOutputFileName(QStringLiteral("/none/paper.pdf")); },
         true,
-        "The report was not printed to the file \"/none/paper.pdf\". No such file or directory. "
-        "Choose another file name or folder.");
+        "The report was not printed to the file \"/none/paper.pdf\". The folder \"/none\" does not "
+        "exist. "
+        "Choose another folder.");
     row(
         "neither printer nor file",
         [](QPrinter &printer) {

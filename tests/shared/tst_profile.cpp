@@ -7,6 +7,7 @@
 #include <QtTest/QtTest>
 
 #include <array>
+#include <thread>
 
 using namespace corvane;
 
@@ -43,6 +44,7 @@ private Q_SLOTS:
     void writesOneValue();
     void writesSeveralValuesAtOnce();
     void refusesWhatCannotBeWritten();
+    void noWritersChangeIsLost();
 
 private:
     QString path(const char *name) const { return m_folder.filePath(QString::fromLatin1(name)); }
@@ -168,9 +170,9 @@ void tst_profile::seesEveryChangeOnDisk()
     QVERIFY(QFile::remove(file) && QFile::rename(other, file));
     QVERIFY(kept.refresh());
     QCOMPARE(kept.value(u"S", u"K"), QStringLiteral("put in place"));
-    QFile::remove(file);
-    QVERIFY(kept.refresh());
-    QCOMPARE(kept.value(u"S", u"K"), QString());
+    QFile::remove(file); // as when the network folder is gone
+    QVERIFY(!kept.refresh());
+    QCOMPARE(kept.value(u"S", u"K"), QStringLiteral("put in place"));
     QVERIFY(!kept.refresh());
     write(file, "[S]\nK=back");
     QVERIFY(kept.refresh());
@@ -244,6 +246,35 @@ void tst_profile::refusesWhatCannotBeWritten()
     const QString lookalike = QString::fromUtf8("\u00c3\u00a9"); // its two bytes are one letter of UTF-8
     QVERIFY_EXCEPTION_THROWN(WriteINI(file, u"Main", u"Key", lookalike), ProfileWriteError);
     QVERIFY_EXCEPTION_THROWN(WriteINI(path("no/such/folder.rpt"), u"A", u"B", QStringLiteral("c")), ProfileWriteError);
+}
+
+/// Each writer counts on from what it has read, so a change that is lost is missing from the sum.
+void tst_profile::noWritersChangeIsLost()
+{
+    constexpr int kWriters = 4;
+    constexpr int kTimes = 25;
+    const QString file = path("counted.rpt");
+    write(file, "[Main]\nCount=0\n");
+    const auto count = [&] {
+        for (int done = 0; done < kTimes;) {
+            const QByteArray bytes = read(file);
+            const Profile profile(QString::fromLatin1(bytes));
+            const ProfileEntry entry {QStringLiteral("Main"), QStringLiteral("Count"),
+                QString::number(profile.value(u"Main", u"Count").toInt() + 1)};
+            done += WriteINI(file, {&entry, 1}, {bytes, bytes}) ? 1 : 0;
+        }
+    };
+    {
+        std::vector<std::jthread> writers;
+        for (int i = 0; i < kWriters; ++i)
+            writers.emplace_back(count);
+    }
+    QCOMPARE(read(file), "[Main]\nCount=" + QByteArray::number(kWriters * kTimes) + '\n');
+    const ProfileEntry entry {QStringLiteral("Main"), QStringLiteral("Mine"), QStringLiteral("1")};
+    QVERIFY(!WriteINI(file, {&entry, 1}, {"[Main]\n", "[Main]\n"})); // somebody else's is not replaced
+    QVERIFY(!read(file).contains("Mine"));
+    QVERIFY(WriteINI(file, {&entry, 1}, {"[Main]\n", read(file)})); // unless that is meant
+    QCOMPARE(read(file), QByteArray("[Main]\nMine=1\n"));
 }
 
 QTEST_MAIN(tst_profile)

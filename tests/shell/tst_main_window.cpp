@@ -15,6 +15,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QMimeData>
+#include <QtCore/QScopeGuard>
 #include <QtGui/QDropEvent>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAbstractButton>
@@ -167,6 +168,7 @@ private Q_SLOTS:
     void asksForDatesAndChecksTheirOrder();
     void runsAgainWithOtherDates();
     void asksForAPatient();
+    void aVanishedProgramFolderCostsNothing();
     void typedDatesMustBeWhole();
     void opensByPath();
     void savesAsPdf();
@@ -174,6 +176,7 @@ private Q_SLOTS:
     void savesAsExcel_data();
     void savesAsExcel();
     void aWorkbookThatCannotBeWrittenIsTold();
+    void aPdfThatCannotBeWrittenIsTold();
     void printsOnTheChosenPrinter();
     void refusesToSaveWhatIsIncomplete();
     void servesOnlyEscapeWhileRunning_data();
@@ -368,6 +371,43 @@ void tst_main_window::asksForAPatient()
     QVERIFY(text().contains(QStringLiteral("Patient: \n"))); // nobody chosen: a report without rows
 }
 
+/// As when the network is gone, and comes back.
+void tst_main_window::aVanishedProgramFolderCostsNothing()
+{
+    const QTemporaryDir elsewhere;
+    const QString away = m_demo.path() + u".away";
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    const DocumentPtr shown = program.preview()->document();
+    QVERIFY(QDir().rename(m_demo.path(), away));
+    auto back = qScopeGuard([&] { QDir().rename(away, m_demo.path()); });
+
+    program.modal.press(QMessageBox::Ok);
+    click(program.button(PropertiesButton));
+    QVERIFY(program.modal.messages()[0].text.contains(QStringLiteral("Phone list.rpt\" cannot be read: there is no such file.")));
+    program.modal.drive([&](QDialog &dialog) {
+        auto *files = qobject_cast<QFileDialog *>(&dialog);
+        files->setDirectory(elsewhere.path());
+        files->findChild<QLineEdit *>()->setText(QStringLiteral("phones"));
+        QMetaObject::invokeMethod(files, "accept");
+    });
+    program.modal.press(QMessageBox::Ok);
+    program.modal.press(QMessageBox::No);
+    click(program.button(ExcelButton)); // what is shown can still be kept somewhere else
+    QVERIFY(QFileInfo(elsewhere.filePath(QStringLiteral("phones.xls"))).size() > 0);
+    QCOMPARE(program.preview()->document(), shown);
+    program.modal.press(QMessageBox::Ok);
+    click(program.button(RefreshButton));
+    QVERIFY(program.modal.messages().last().text.contains(QStringLiteral("cannot be read: there is no such file.")));
+    QVERIFY(!QFile::exists(m_demo.path())); // and nothing is made in its place
+
+    back.dismiss();
+    QVERIFY(QDir().rename(away, m_demo.path()));
+    click(program.button(RefreshButton));
+    QCOMPARE(program.preview()->document()->pageCount(), shown->pageCount());
+}
+
 void tst_main_window::typedDatesMustBeWhole()
 {
     Program program(m_demo.path());
@@ -522,6 +562,32 @@ void tst_main_window::aWorkbookThatCannotBeWrittenIsTold()
     QVERIFY2(program.modal.messages()[0].text.contains(QStringLiteral("rows.xls")), qPrintable(program.modal.messages()[0].text));
     QCOMPARE(m_demo.read(QStringLiteral("rows.xls")), QByteArray("older"));
     QVERIFY(program.button(ExcelButton)->isEnabled());
+}
+
+/// The message box keeps to its words; the cause stands in the status bar.
+void tst_main_window::aPdfThatCannotBeWrittenIsTold()
+{
+    Program program(m_demo.path());
+    QVERIFY(program.startLoggedOn());
+    program.clickReport(QStringLiteral("Phone list.rpt"));
+    m_demo.write(QStringLiteral("phones.pdf"), "older");
+    program.modal.drive([&](QDialog &dialog) {
+        auto *files = qobject_cast<QFileDialog *>(&dialog);
+        files->setOption(QFileDialog::DontConfirmOverwrite);
+        files->selectFile(m_demo.file(QStringLiteral("phones.pdf")));
+        QMetaObject::invokeMethod(files, "accept");
+    });
+    program.modal.press(QMessageBox::Yes);
+    program.modal.press(QMessageBox::Ok);
+    {
+        const SmallFiles full;
+        click(program.button(PdfButton));
+    }
+    QVERIFY(program.modal.messages()[1].text.startsWith(u"Failed to convert '"));
+    const QString note = qobject_cast<QLabel *>(child(*program.window, "lblNotes"))->text();
+    QVERIFY2(note.contains(QStringLiteral("phones.pdf\" was not saved. File too large.")), qPrintable(note));
+    QCOMPARE(m_demo.read(QStringLiteral("phones.pdf")), QByteArray("older"));
+    QVERIFY(program.button(PdfButton)->isEnabled());
 }
 
 void tst_main_window::printsOnTheChosenPrinter()

@@ -38,7 +38,7 @@ public:
     MessageAnswer message(const QString &text, int flags, const QString &title) override
     {
         messages.append({text, flags, title});
-        return (flags & MessageFlags::YesNo) == 0 ? MessageAnswer::Ok : next(answers, MessageAnswer::No);
+        return !MessageFlags::ask(flags) ? MessageAnswer::Ok : next(answers, MessageAnswer::No);
     }
 
     QString openFile(const QString &, const QString &initialFolder, const QString &) override

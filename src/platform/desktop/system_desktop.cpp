@@ -13,7 +13,6 @@ namespace corvane {
 
 namespace {
 
-constexpr int kButtonMask = 0x0f;
 constexpr int kIconMask = 0x70;
 
 QString programName()
@@ -33,6 +32,29 @@ QMessageBox::Icon iconOf(int flags)
     default:
         return QMessageBox::NoIcon;
     }
+}
+
+QMessageBox::StandardButtons buttonsOf(int flags)
+{
+    switch (flags & MessageFlags::ButtonMask) {
+    case MessageFlags::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case MessageFlags::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    default:
+        return QMessageBox::Ok;
+    }
+}
+
+/// A box that was closed without a button has the most harmless answer.
+MessageAnswer answerOf(int pressed, int flags)
+{
+    if (!MessageFlags::ask(flags))
+        return MessageAnswer::Ok;
+    if (pressed == QMessageBox::Yes)
+        return MessageAnswer::Yes;
+    const bool canCancel = (flags & MessageFlags::ButtonMask) == MessageFlags::YesNoCancel;
+    return canCancel && pressed != QMessageBox::No ? MessageAnswer::Cancel : MessageAnswer::No;
 }
 
 /// "*.pdf", ".pdf" and "pdf" all mean "pdf".
@@ -58,22 +80,20 @@ QString firstFile(const QFileDialog &dialog)
 
 MessageAnswer SystemDesktop::message(const QString &text, int flags, const QString &title)
 {
-    const bool asks = (flags & kButtonMask) == MessageFlags::YesNo;
     QMessageBox box(dialogParent());
     box.setWindowTitle(title.isEmpty() ? programName() : title);
     box.setTextFormat(Qt::PlainText);
     box.setText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n'));
     box.setIcon(iconOf(flags));
-    box.setStandardButtons(asks ? QMessageBox::Yes | QMessageBox::No : QMessageBox::StandardButtons(QMessageBox::Ok));
-    box.setDefaultButton(asks ? QMessageBox::Yes : QMessageBox::Ok);
+    const QMessageBox::StandardButtons buttons = buttonsOf(flags);
+    box.setStandardButtons(buttons);
+    // Where there is a way back, Enter takes it: the other two each give something up.
+    box.setDefaultButton(buttons & QMessageBox::Cancel ? QMessageBox::Cancel : MessageFlags::ask(flags) ? QMessageBox::Yes : QMessageBox::Ok);
     if ((flags & MessageFlags::SystemModal) != 0) {
         box.setWindowModality(Qt::ApplicationModal);
         box.setWindowFlag(Qt::WindowStaysOnTopHint);
     }
-    const int pressed = box.exec();
-    if (!asks)
-        return MessageAnswer::Ok;
-    return pressed == QMessageBox::Yes ? MessageAnswer::Yes : MessageAnswer::No;
+    return answerOf(box.exec(), flags);
 }
 
 QString SystemDesktop::openFile(const QString &title, const QString &initialFolder, const QString &filter)

@@ -5,21 +5,54 @@
 
 namespace corvane {
 
-QString writeFailure(const QString &fileName, QFileDevice::FileError error, const QString &systemText)
+namespace {
+
+struct WriteFault
 {
-    const QFileInfo target(fileName);
+    QString cause;
+    QString elsewhere; ///< what to do when another place will do
+    QString here; ///< what to do when it must be this one
+};
+
+WriteFault findFault(
+    const QFileInfo &target, QFileDevice::FileError error, const QString &systemText)
+{
     const QString folder = QDir::toNativeSeparators(target.absolutePath());
+    const QFileInfo around(target.absolutePath());
     if (target.isDir())
-        return QStringLiteral("A folder has this name. Choose another file name.");
-    if (!QFileInfo(target.absolutePath()).isDir())
-        return QStringLiteral("The folder \"%1\" does not exist. Choose another folder.").arg(folder);
+        return {QStringLiteral("A folder has this name."),
+            QStringLiteral("Choose another file name."), QStringLiteral("Rename that folder.")};
+    if (!around.isDir())
+        return {QStringLiteral("The folder \"%1\" does not exist.").arg(folder),
+            QStringLiteral("Choose another folder."),
+            QStringLiteral("If it is on the network, check the connection.")};
+    if (target.exists() && !target.isFile())
+        return {QStringLiteral("This is a device and not a file."),
+            QStringLiteral("Choose another file name."), QStringLiteral("Remove it.")};
+    const QString askForRight
+        = QStringLiteral("Ask whoever looks after the folder for the right to.");
     if (target.exists() && !target.isWritable())
-        return QStringLiteral("You may not change this file. Choose another file name or folder.");
-    if (!QFileInfo(target.absolutePath()).isWritable())
-        return QStringLiteral("You may not write in the folder \"%1\". Choose another folder.").arg(folder);
+        return {QStringLiteral("You may not change this file."),
+            QStringLiteral("Choose another file name or folder."), askForRight};
+    if (!around.isWritable())
+        return {QStringLiteral("You may not write in the folder \"%1\".").arg(folder),
+            QStringLiteral("Choose another folder."), askForRight};
     if (error == QFileDevice::ResourceError)
-        return QStringLiteral("%1. Free some space or choose a folder on another disk.").arg(systemText);
-    return QStringLiteral("%1. Choose another file name or folder.").arg(systemText);
+        return {QString(systemText + u'.'),
+            QStringLiteral("Free some space or choose a folder on another disk."),
+            QStringLiteral("Free some space there.")};
+    return {QString(systemText + u'.'), QStringLiteral("Choose another file name or folder."),
+        QStringLiteral("Have the disk and the connection to it looked at.")};
+}
+
+} // namespace
+
+QString writeFailure(const QString &fileName, QFileDevice::FileError error,
+    const QString &systemText, SavePlace place)
+{
+    const WriteFault fault = findFault(QFileInfo(fileName), error, systemText);
+    return QString(
+        fault.cause + u' ' + (place == SavePlace::Choosable ? fault.elsewhere : fault.here));
 }
 
 } // namespace corvane

@@ -1,9 +1,6 @@
 #include "platform/pdf/pdf_file.h"
 
-#include "platform/files/write_failure.h"
 #include "platform/pdf/pdf_writer.h"
-
-#include <QtCore/QDir>
 
 namespace corvane {
 
@@ -14,12 +11,12 @@ constexpr size_t kBlock = 262'144;
 
 } // namespace
 
-PdfFile::PdfFile(const QString &fileName)
+PdfFile::PdfFile(FileReplacement &file)
     : Pipeline("pdf file", nullptr)
-    , m_file(fileName)
+    , m_file(file)
 {
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        throw PdfError(failure());
+    if (!m_file.open())
+        throw PdfError(m_file.failure());
     m_waiting.reserve(kBlock);
 }
 
@@ -36,32 +33,17 @@ void PdfFile::finish()
     flush();
 }
 
-void PdfFile::commit()
+void PdfFile::complete()
 {
     flush();
-    if (m_failure.isEmpty() && !m_file.commit())
-        m_failure = failure();
-    if (!m_failure.isEmpty())
-        throw PdfError(m_failure);
+    if (!m_file.complete())
+        throw PdfError(m_file.failure());
 }
 
 void PdfFile::flush()
 {
-    qint64 done = 0;
-    while (m_failure.isEmpty() && done < qint64(m_waiting.size())) {
-        const qint64 written = m_file.write(m_waiting.data() + done, qint64(m_waiting.size()) - done);
-        if (written <= 0)
-            m_failure = failure();
-        done += written; // less than asked for when the disk fills up; the next attempt says so
-    }
+    m_file.write({m_waiting.data(), qsizetype(m_waiting.size())}); // a failure is told when the file is complete
     m_waiting.clear();
-}
-
-QString PdfFile::failure() const
-{
-    return QStringLiteral("The PDF file \"%1\" was not saved. %2")
-        .arg(QDir::toNativeSeparators(m_file.fileName()),
-            writeFailure(m_file.fileName(), m_file.error(), m_file.errorString()));
 }
 
 } // namespace corvane

@@ -193,23 +193,36 @@ PdfError::PdfError(const QString &message)
 {
 }
 
+FileReplacement pdfReplacement(const QString &fileName)
+{
+    return {QStringLiteral("PDF file"), fileName};
+}
+
 void writePdf(const Document &document, const QString &fileName, const PdfOptions &options)
 {
+    FileReplacement file = pdfReplacement(fileName);
+    writePdf(document, file, options);
+    if (!file.commit())
+        throw PdfError(file.failure());
+}
+
+void writePdf(const Document &document, FileReplacement &replacement, const PdfOptions &options)
+{
     if (!document.isWhole) {
-        throw PdfError(QStringLiteral("The PDF file \"%1\" was not saved. The report is not complete. "
-                                      "Run the report again and let it finish.").arg(fileName));
+        throw PdfError(replacement.failureText(
+            QStringLiteral("The report is not complete. Run the report again and let it finish.")));
     }
-    PdfFile file(fileName);
+    PdfFile file(replacement);
     try {
         FileBuilder(document, options).write(file);
     } catch (const PdfError &) {
         throw;
     } catch (const std::exception &error) {
-        throw PdfError(QStringLiteral("The PDF file \"%1\" was not saved. It could not be put together: %2. "
-                                      "Please report this with the definition of the report.")
-                           .arg(fileName, QString::fromUtf8(error.what())));
+        throw PdfError(replacement.failureText(
+            QStringLiteral("It could not be put together: %1. Please report this with the definition of the report.")
+                .arg(QString::fromUtf8(error.what()))));
     }
-    file.commit();
+    file.complete();
 }
 
 } // namespace corvane

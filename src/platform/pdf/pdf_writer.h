@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/composer/document.h"
+#include "platform/files/file_replacement.h"
 
 #include <QtCore/QString>
 
@@ -34,5 +35,10 @@ private:
 /// an older file as it was. The same document gives the same bytes, dates and id aside.
 /// @throws PdfError when the document is not whole or the file cannot be written.
 void writePdf(const Document &document, const QString &fileName, const PdfOptions &options = {});
+
+/// The same in two steps, for several files that are to appear together: this one writes all there is, and
+/// the caller commits it.
+void writePdf(const Document &document, FileReplacement &file, const PdfOptions &options = {});
+FileReplacement pdfReplacement(const QString &fileName);
 
 } // namespace corvane

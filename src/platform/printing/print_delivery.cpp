@@ -1,5 +1,6 @@
 #include "platform/printing/print_delivery.h"
 
+#include "platform/files/file_hold.h"
 #include "platform/printing/print_error.h"
 #ifdef CORVANE_CUPS
 #include "platform/printing/cups_job.h"
@@ -31,8 +32,9 @@ PrintDelivery::PrintDelivery(QPrinter &printer)
     : m_printer(printer)
     , m_fileName(printer.outputFileName())
     , m_way(Way::Direct)
-    // Without the ending ".pdf", which would change the printer's format.
-    , m_spool(QDir::temp().filePath(QStringLiteral("corvane-XXXXXX")))
+    // Its ending is not ".pdf", which would change the printer's format.
+    , m_spool(temporaryTemplate(QDir::tempPath()))
+    , m_target(QStringLiteral("file"), printer.outputFileName())
 {
     if (printsToFile(printer)) {
         m_way = Way::File;
@@ -44,11 +46,13 @@ PrintDelivery::PrintDelivery(QPrinter &printer)
 #endif
     if (m_way == Way::Direct)
         return;
+    removeAbandonedFiles(QDir::tempPath());
     if (!m_spool.open()) {
         throw PrintError(refusal(
             QStringLiteral("No file can be made in the folder \"%1\" (%2). Free some space there.")
                 .arg(QDir::toNativeSeparators(QDir::tempPath()), m_spool.errorString())));
     }
+    holdOpenFile(m_spool.handle());
     m_printer.setOutputFileName(m_spool.fileName());
 }
 
@@ -86,10 +90,8 @@ void PrintDelivery::openTarget()
     if (m_fileName.isEmpty())
         throw PrintError(QStringLiteral(
             "The report was not printed. No printer and no file was chosen. Choose one of them."));
-    m_target.setFileName(m_fileName);
-    if (!m_target.open(QIODevice::WriteOnly))
-        throw PrintError(refusal(
-            QStringLiteral("%1. Choose another file name or folder.").arg(m_target.errorString())));
+    if (!m_target.open())
+        throw PrintError(refusal(m_target.cause()));
 }
 
 /// The toolkit writes without looking at errors: a file that is cut short lacks its last line.
@@ -107,13 +109,12 @@ void PrintDelivery::checkComplete()
 void PrintDelivery::copyToTarget()
 {
     m_spool.seek(0);
-    for (QByteArray block = m_spool.read(kBlock); !block.isEmpty(); block = m_spool.read(kBlock))
-        m_target.write(block);
-    if (!m_target.commit()) {
-        throw PrintError(
-            refusal(QStringLiteral("%1. Free some space, or choose another file name or folder.")
-                        .arg(m_target.errorString())));
+    for (QByteArray block = m_spool.read(kBlock); !block.isEmpty(); block = m_spool.read(kBlock)) {
+        if (!m_target.write(block))
+            break;
     }
+    if (!m_target.commit())
+        throw PrintError(refusal(m_target.cause()));
 }
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QtCore/QSaveFile>
+#include "platform/files/file_replacement.h"
+
 #include <QtCore/QTemporaryFile>
 
 class QPrinter;
@@ -35,8 +36,10 @@ private:
     QPrinter &m_printer;
     QString m_fileName; ///< the file that the printer was to print to
     Way m_way;
-    QTemporaryFile m_spool; ///< only its owner may read it: the pages tell of patients
-    QSaveFile m_target;
+    /// Only its owner may read it: the pages tell of patients. Held, so that it is known for a dead
+    /// one's when the program is killed; the next job then removes it.
+    QTemporaryFile m_spool;
+    FileReplacement m_target;
 };
 
 /// The printer as messages name it.

@@ -6,7 +6,6 @@
 #include "platform/workbook/record_writer.h"
 #include "platform/workbook/rowset_survey.h"
 #include "platform/workbook/sheet_writer.h"
-#include "platform/workbook/workbook_file.h"
 
 namespace corvane {
 
@@ -130,11 +129,11 @@ private:
     RowsetSurvey m_survey;
 };
 
-void refuseTooManyFields(const Rowset &rows, const QString &fileName)
+void refuseTooManyFields(const Rowset &rows, const FileReplacement &file)
 {
     if (rows.fieldCount() <= biff::kMaxColumns)
         return;
-    throw WorkbookError(WorkbookFile::failureText(fileName,
+    throw WorkbookError(file.failureText(
         QStringLiteral("The query returns %1 fields, and a sheet holds at most %2 columns. Take "
                        "fields out of the query.")
             .arg(rows.fieldCount())
@@ -149,20 +148,37 @@ WorkbookError::WorkbookError(const QString &message)
 {
 }
 
+FileReplacement workbookReplacement(const QString &fileName)
+{
+    return {QStringLiteral("Excel workbook"), fileName};
+}
+
 WorkbookNotes writeWorkbook(
     const Rowset &rows, const QString &fileName, const WorkbookOptions &options)
 {
-    refuseTooManyFields(rows, fileName);
-    WorkbookFile file(fileName);
+    FileReplacement file = workbookReplacement(fileName);
+    WorkbookNotes notes = writeWorkbook(rows, file, options);
+    if (!file.commit())
+        throw WorkbookError(file.failure());
+    return notes;
+}
+
+WorkbookNotes writeWorkbook(
+    const Rowset &rows, FileReplacement &file, const WorkbookOptions &options)
+{
+    refuseTooManyFields(rows, file);
+    if (!file.open())
+        throw WorkbookError(file.failure());
     try {
         WorkbookBuild build(rows, options);
         build.write(*CompoundFile::create(file.device()));
-        file.commit();
+        if (!file.complete())
+            throw WorkbookError(file.failure());
         return build.notes();
     } catch (const CompoundFileError &) {
         throw WorkbookError(file.failure());
     } catch (const StreamTooLong &) {
-        throw WorkbookError(WorkbookFile::failureText(fileName,
+        throw WorkbookError(file.failureText(
             QStringLiteral("The rows need more than 2 GB, the most that a workbook can hold. "
                            "Narrow the report down.")));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/database/value.h"
+#include "platform/files/file_replacement.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QStringList>
@@ -73,5 +74,11 @@ public:
 /// @throws WorkbookStopped
 WorkbookNotes writeWorkbook(
     const Rowset &rows, const QString &fileName, const WorkbookOptions &options = {});
+
+/// The same in two steps, for several files that are to appear together: this one writes all there
+/// is, and the caller commits it.
+WorkbookNotes writeWorkbook(
+    const Rowset &rows, FileReplacement &file, const WorkbookOptions &options = {});
+FileReplacement workbookReplacement(const QString &fileName);
 
 } // namespace corvane
