@@ -139,7 +139,7 @@ private:
             text = m_word.sliced(1, m_word.size() - 2).toString();
             advance();
             // A quote within a text is doubled, which reads as two texts side by side.
-            while (quote != u'#' && !m_word.isEmpty() && m_word.front() == quote && m_isGlued) {
+            while (quote != u'#' && m_word.size() > 1 && m_word.front() == quote && m_isGlued) {
                 text += quote + m_word.sliced(1, m_word.size() - 2);
                 advance();
             }

@@ -150,8 +150,11 @@ QString selectionRefusal(const SelectionToken &token, const SelectionAnswers &an
 SelectionResult applySelection(const QString &request, const SelectionToken &token, const SelectionAnswers &answers)
 {
     const SelectionText text = selectionText(token, answers);
-    const QString sql = request.first(token.start - 1) + text.inToken + request.mid(token.end - 1 + kClosing.size());
-    return {replaceEvery(sql, token.marker(), text.atMarkers), {{}, {token.marker(), text.atMarkers, QString()}}};
+    // Around the token only: a chosen value that holds the marker's letters would come out of its quotes.
+    const auto repeated = [&](const QString &part) { return replaceEvery(part, token.marker(), text.atMarkers); };
+    const QString behind = request.mid(token.end - 1 + kClosing.size());
+    return {QString(repeated(request.first(token.start - 1)) + text.inToken + repeated(behind)),
+        {{}, {token.marker(), text.atMarkers, QString()}}};
 }
 
 SelectionResult applySelection(const QString &request, const SelectionAnswers &answers)

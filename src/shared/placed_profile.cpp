@@ -6,11 +6,6 @@ namespace corvane {
 
 namespace {
 
-bool sameName(QStringView one, QStringView other)
-{
-    return one.compare(other, Qt::CaseInsensitive) == 0;
-}
-
 TextPlace placeOf(const ProfileLine &line, QStringView part)
 {
     return {line.number, int(part.data() - line.text.data()) + 1};
@@ -20,7 +15,7 @@ TextPlace placeOf(const ProfileLine &line, QStringView part)
 
 bool PlacedLine::isKey(QStringView inSection, QStringView key) const
 {
-    return kind == ProfileLineKind::Key && sameName(name, key) && sameName(section, inSection);
+    return kind == ProfileLineKind::Key && sameProfileName(name, key) && sameProfileName(section, inSection);
 }
 
 PlacedProfile::PlacedProfile(QStringView text)
@@ -38,7 +33,7 @@ const PlacedLine *PlacedProfile::line(QStringView section, QStringView key) cons
 TextPlace PlacedProfile::sectionPlace(QStringView section) const
 {
     const auto found = std::ranges::find_if(m_lines, [&](const PlacedLine &line) {
-        return line.kind == ProfileLineKind::Section && sameName(line.section, section);
+        return line.kind == ProfileLineKind::Section && sameProfileName(line.section, section);
     });
     return found == m_lines.end() ? TextPlace() : found->place;
 }

@@ -109,8 +109,18 @@ QString Profile::value(QStringView section, QStringView key) const
     return found == m_sections.cend() ? QString() : found->value(folded(key));
 }
 
+bool sameProfileName(QStringView one, QStringView other)
+{
+    if (one.trimmed().compare(other.trimmed(), Qt::CaseInsensitive) == 0)
+        return true;
+    const auto isAscii = [](QStringView name) { return std::ranges::all_of(name, [](QChar c) { return c.unicode() < 0x80; }); };
+    return !(isAscii(one) && isAscii(other)) && folded(one) == folded(other); // "ß" folds to two letters
+}
+
 ProfileEncoding profileEncoding(const QString &file, QByteArrayView bytes)
 {
+    if (const qsizetype nul = bytes.indexOf('\0'); nul >= 0)
+        bytes.truncate(nul); // what is not read says nothing about the rest
     if (QFileInfo(file).fileName().compare(u"corvane.ini", Qt::CaseInsensitive) == 0)
         return ProfileEncoding::Windows1252;
     if (bytes.startsWith(kUtf8Mark))

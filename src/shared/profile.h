@@ -69,7 +69,10 @@ QString decodeProfile(QByteArrayView bytes, ProfileEncoding encoding);
 /// A file's bytes as the reader takes them: up to the first NUL, in the file's encoding.
 QString profileText(const QString &file, const QByteArray &bytes);
 
-/// The first character of a text that the encoding lacks; empty when it has them all.
+/// Whether the reader takes two names for one: blanks around them and case do not count.
+bool sameProfileName(QStringView one, QStringView other);
+
+/// The first character of a text that the encoding lacks, half of a surrogate pair being none; empty when it has them all.
 QString missingCharacter(QStringView text, ProfileEncoding encoding);
 /// A character as messages name it: "ř" (U+0159).
 QString characterName(QStringView character);

@@ -17,11 +17,11 @@ const QString kChangesAllTheTime = QStringLiteral("Another program changes it al
 
 QByteArray encoded(QStringView text, ProfileEncoding encoding)
 {
-    if (encoding != ProfileEncoding::Windows1252)
-        return text.toUtf8();
     if (const QString missing = missingCharacter(text, encoding); !missing.isEmpty())
         throw ProfileWriteError(QStringLiteral("The file's code page has no character %1. Nothing was written.")
                                     .arg(characterName(missing)));
+    if (encoding != ProfileEncoding::Windows1252)
+        return text.toUtf8();
     QByteArray bytes(text.size(), Qt::Uninitialized);
     std::ranges::transform(text, bytes.begin(), [](QChar c) { return char(*toWindows1252(c)); });
     return bytes;
@@ -35,77 +35,56 @@ struct Place {
     bool keyFound = false;
 };
 
-bool sameName(QByteArrayView bytes, QStringView name, ProfileEncoding encoding)
-{
-    return decodeProfile(bytes, encoding == ProfileEncoding::Utf8WithMark ? ProfileEncoding::Utf8 : encoding)
-               .trimmed()
-               .compare(name.trimmed(), Qt::CaseInsensitive)
-        == 0;
-}
-
-/// Scans byte lines, because everything that is not replaced must stay as it is.
-class PlaceFinder
+/// Finds a value's place by the reader, so that both always mean the same line, in bytes, because everything that is
+/// not replaced must stay as it is.
+class PlaceFinder : private ProfileObserver
 {
 public:
-    PlaceFinder(QByteArrayView bytes, ProfileEncoding encoding)
+    PlaceFinder(QByteArrayView bytes, ProfileEncoding encoding, QStringView section, QStringView key)
         : m_bytes(bytes)
-        , m_encoding(encoding)
+        , m_section(section)
+        , m_key(key)
     {
-        const qsizetype nul = bytes.indexOf('\0');
-        m_textEnd = nul < 0 ? bytes.size() : nul;
-        m_at = encoding == ProfileEncoding::Utf8WithMark ? 3 : 0;
+        if (const qsizetype nul = m_bytes.indexOf('\0'); nul >= 0)
+            m_bytes.truncate(nul);
+        const Profile profile(decodeProfile(m_bytes, encoding), this);
+        if (!m_place.sectionFound)
+            m_place.begin = m_place.end = m_bytes.size();
     }
 
-    Place find(QStringView section, QStringView key)
-    {
-        Place place;
-        bool inside = false;
-        while (m_at < m_textEnd) {
-            const qsizetype start = m_at;
-            const QByteArrayView line = nextLine();
-            const QByteArrayView text = line.trimmed();
-            if (text.startsWith(';'))
-                continue;
-            if (text.startsWith('[')) {
-                if (inside)
-                    break;
-                const qsizetype close = text.indexOf(']');
-                inside = sameName(text.sliced(1, (close < 0 ? text.size() : close) - 1), section, m_encoding);
-                if (inside) {
-                    place.sectionFound = true;
-                    place.begin = place.end = m_at;
-                }
-                continue;
-            }
-            if (!inside)
-                continue;
-            const qsizetype equals = line.indexOf('=');
-            if (equals >= 0 && sameName(line.first(equals), key, m_encoding))
-                return {start + equals + 1, start + line.size(), true, true};
-            if (!text.isEmpty())
-                place.begin = place.end = m_at; // a new key goes behind the section's last line
-        }
-        if (!place.sectionFound)
-            place.begin = place.end = m_textEnd;
-        return place;
-    }
+    const Place &place() const { return m_place; }
 
 private:
-    /// The line without its end; the position moves behind the end.
+    void take(const ProfileLine &line) override
+    {
+        const qsizetype start = m_at;
+        const QByteArrayView bytes = nextLine();
+        if (line.kind == ProfileLineKind::Section || line.kind == ProfileLineKind::RepeatedSection)
+            m_inside = line.kind == ProfileLineKind::Section && sameProfileName(line.name, m_section);
+        if (!m_inside || m_place.keyFound || line.kind == ProfileLineKind::Comment)
+            return;
+        if (line.kind == ProfileLineKind::Key && sameProfileName(line.name, m_key))
+            m_place = {start + bytes.indexOf('=') + 1, start + bytes.size(), true, true};
+        else if (!line.text.trimmed().isEmpty())
+            m_place = {m_at, m_at, true, false}; // a new key goes behind the section's last line
+    }
+
+    /// The line without its end; the position moves behind the end. No encoding has a line feed within a letter.
     QByteArrayView nextLine()
     {
         const qsizetype start = m_at;
-        qsizetype end = m_bytes.indexOf('\n', start);
-        if (end < 0 || end >= m_textEnd)
-            end = m_textEnd;
-        m_at = std::min(end + 1, m_textEnd);
-        QByteArrayView line = m_bytes.sliced(start, end - start);
+        const qsizetype feed = m_bytes.indexOf('\n', start);
+        const qsizetype end = feed < 0 ? m_bytes.size() : feed;
+        m_at = std::min(end + 1, m_bytes.size());
+        const QByteArrayView line = m_bytes.sliced(start, end - start);
         return line.endsWith('\r') ? line.chopped(1) : line;
     }
 
     QByteArrayView m_bytes;
-    ProfileEncoding m_encoding;
-    qsizetype m_textEnd = 0;
+    QStringView m_section;
+    QStringView m_key;
+    Place m_place;
+    bool m_inside = false;
     qsizetype m_at = 0;
 };
 
@@ -119,15 +98,16 @@ QByteArray quotedWhereNeeded(QByteArray value)
 
 QByteArray changed(const QByteArray &old, ProfileEncoding encoding, QStringView section, QStringView key, QStringView value)
 {
-    const Place place = PlaceFinder(old, encoding).find(section, key);
+    const Place place = PlaceFinder(old, encoding, section, key).place();
     const QByteArray newValue = quotedWhereNeeded(encoded(value, encoding));
     QByteArray bytes = old;
     if (place.keyFound)
         return bytes.replace(place.begin, place.end - place.begin, newValue);
 
     const QByteArray lineEnd = old.contains("\r\n") || !old.contains('\n') ? "\r\n" : "\n";
-    const bool atLineStart = place.begin == 0 || old[place.begin - 1] == '\n';
-    QByteArray insertion = atLineStart ? QByteArray() : lineEnd;
+    const char before = place.begin == 0 ? '\n' : old[place.begin - 1];
+    // A lone return at the text's end is half of a line end: a whole one behind it would make it part of the value.
+    QByteArray insertion = before == '\n' ? QByteArray() : before == '\r' ? QByteArray("\n") : lineEnd;
     if (!place.sectionFound)
         insertion += '[' + encoded(section, encoding) + ']' + lineEnd;
     insertion += encoded(key, encoding) + '=' + newValue + lineEnd;
@@ -206,14 +186,15 @@ QByteArray ProfileReplacement::composed(const QByteArray &base, std::span<const 
 
 QString missingCharacter(QStringView text, ProfileEncoding encoding)
 {
-    if (encoding != ProfileEncoding::Windows1252)
-        return {};
-    const auto missing = std::ranges::find_if(text, [](QChar c) { return !toWindows1252(c); });
-    if (missing == text.end())
-        return {};
-    const qsizetype at = missing - text.begin();
-    const bool isPair = missing->isHighSurrogate() && at + 1 < text.size();
-    return text.sliced(at, isPair ? 2 : 1).toString();
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar c = text[at];
+        const bool isPair = c.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
+        const bool isMissing = encoding == ProfileEncoding::Windows1252 ? !toWindows1252(c) : c.isSurrogate() && !isPair;
+        if (isMissing)
+            return text.sliced(at, isPair ? 2 : 1).toString();
+        at += isPair ? 1 : 0;
+    }
+    return {};
 }
 
 QString characterName(QStringView character)

@@ -7,7 +7,6 @@
 #include "platform/engine/xml_tree.h"
 #include "support/suite.h"
 
-#include <QtCore/QDir>
 #include <QtTest/QtTest>
 
 using namespace corvane;
@@ -43,7 +42,6 @@ private Q_SLOTS:
     void columnsNarrowDetailsOnly();
     void placesAreThoseOfAnEditor_data();
     void placesAreThoseOfAnEditor();
-    void keptInputsEndWell();
 
 private:
     ReportLayout load(const QByteArray &text)
@@ -242,25 +240,6 @@ void tst_report_reader::placesAreThoseOfAnEditor()
     const FilePlace found
         = source.placeOf(offsetInValue(source, root.children.front().attributes.front(), unit));
     QCOMPARE(std::pair(found.line, found.column), std::pair(place.line, place.column));
-}
-
-void tst_report_reader::keptInputsEndWell()
-{
-    const QDir inputs(QStringLiteral(CORVANE_SOURCE_DIR "/tests/fuzz/report_reader"));
-    int loaded = 0;
-    const QStringList names = inputs.entryList(QDir::Files);
-    for (const QString &name : names) {
-        ReportControl report;
-        try {
-            report.load(
-                inputs.filePath(name), ReportControl::layoutNames(inputs.filePath(name)).front());
-            ++loaded;
-        } catch (const ReportError &error) {
-            QVERIFY2(error.description().endsWith(u'.') || error.description().endsWith(u'?'),
-                qPrintable(error.description()));
-        }
-    }
-    QVERIFY(loaded >= 7 && loaded < names.size());
 }
 
 QTEST_GUILESS_MAIN(tst_report_reader)

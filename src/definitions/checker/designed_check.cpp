@@ -32,7 +32,7 @@ std::vector<Finding> checkDesignedReport(const QString &path)
         findings.push_back(findingOf(error));
     }
     // A fault of the whole file comes again with every layout.
-    findings.erase(std::ranges::unique(findings).begin(), findings.end());
+    findings.erase(std::unique(findings.begin(), findings.end()), findings.end());
     return findings;
 }
 

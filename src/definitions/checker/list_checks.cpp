@@ -99,7 +99,8 @@ void checkEndMark(CheckPass &pass, QStringView key, QStringView value)
 void checkOrdinals(CheckPass &pass, std::span<const ListItem> items)
 {
     for (const ListItem &item : items) {
-        if (!item.text.contains(u';')) // told by checkEndMark
+        // A semicolon is told by checkEndMark, but the report stops at what is too large before it.
+        if (!item.text.contains(u';') || !wholeNumber(item.text))
             checkWhole(pass,
                 QStringLiteral("A field number in %1").arg(keyName(u"Columns", u"Fields")),
                 item.text, pass.place(u"Columns", u"Fields", item.offset), 0);
@@ -142,12 +143,13 @@ void checkWidths(CheckPass &pass, QStringView spacing, std::span<const ListItem>
         if (isLast && item.text.trimmed().isEmpty())
             continue;
         // One item is a format of its own, so every one that is wrong is told, in the composer's
-        // words.
-        const auto parsed = parseColumnFormat(item.text);
+        // words. The bar keeps a semicolon within the list from being read as its end.
+        const auto parsed = parseColumnFormat(QString(item.text + u'|'));
         const auto *fault = std::get_if<FormatFault>(&parsed);
-        const QString words = fault ? fault->words : QStringLiteral("an item is empty");
-        if (!fault && !item.text.trimmed().isEmpty())
+        const bool isEmpty = item.text.trimmed().isEmpty();
+        if (!fault && !isEmpty)
             continue;
+        const QString words = isEmpty ? QStringLiteral("an item is empty") : fault->words;
         sound = false;
         pass.add(ColumnWidth, pass.place(u"Columns", u"Spacing", item.offset),
             QStringLiteral("In %1 %2, and the report stops.")

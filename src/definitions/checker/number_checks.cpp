@@ -57,10 +57,12 @@ bool checkIsNumber(CheckPass &pass, const QString &what, QStringView text, TextP
 
 void checkFontSize(CheckPass &pass, const QString &what, QStringView text, TextPlace place)
 {
-    if (text.isEmpty() || !checkIsNumber(pass, what, text, place))
+    if (text.isEmpty())
         return;
     const double size = leadingNumber(text);
-    if (size != 0 && (size < kSmallestFont || size > kLargestFont))
+    if (size == 0 || (size >= kSmallestFont && size <= kLargestFont))
+        checkIsNumber(pass, what, text, place);
+    else
         pass.add(FontSize, place,
             QStringLiteral("%1 is %2 points, and the report stops.").arg(what, numberText(size)),
             QStringLiteral("Write a size between %1 and %2.").arg(kSmallestFont).arg(kLargestFont));
@@ -91,9 +93,10 @@ std::optional<qint16> wholeNumber(QStringView text)
 
 bool checkWhole(CheckPass &pass, const QString &what, QStringView text, TextPlace place, int least)
 {
-    if (!checkIsNumber(pass, what, text, place))
-        return false;
+    // Whatever stands around a number that is too large, the report stops at it.
     const auto number = wholeNumber(text);
+    if (number && !checkIsNumber(pass, what, text, place))
+        return false;
     if (!number) {
         pass.add(NumberTooLarge, place,
             QStringLiteral("%1 is %2, and the report stops with \"Overflow\".")

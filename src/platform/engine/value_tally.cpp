@@ -13,8 +13,7 @@ constexpr qsizetype kMostPagesNamed = 6;
 QString pageList(std::vector<int> pages)
 {
     std::ranges::sort(pages);
-    const auto [first, last] = std::ranges::unique(pages);
-    pages.erase(first, last);
+    pages.erase(std::unique(pages.begin(), pages.end()), pages.end());
     QStringList names;
     for (const int page : pages)
         names += QString::number(page + 1);

@@ -5,6 +5,7 @@
 
 #include <QtCore/QRegularExpression>
 
+#include <algorithm>
 #include <array>
 
 namespace corvane::odbc {
@@ -159,9 +160,11 @@ QString logonKeywords(const QString &driver, const ConnectionText &text)
 /// Plain values stay plain: not every driver reads braces.
 QString keywordValue(const QString &value)
 {
-    static const QRegularExpression special(
-        QStringLiteral("[\\[\\]{}();?*=!@\\x00-\\x1f]|^\\s|\\s$"));
-    if (!special.match(value).hasMatch())
+    // Letter by letter: a pattern matches nothing in a text with half of a surrogate pair.
+    const bool isPlain = value == value.trimmed() && std::ranges::none_of(value, [](QChar c) {
+        return c < u' ' || QStringView(u"[]{}();?*=!@").contains(c);
+    });
+    if (isPlain)
         return value;
     return u'{' % QString(value).replace(u'}', QStringLiteral("}}")) % u'}';
 }
