@@ -34,6 +34,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane Reporter"));
     QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
+    QApplication::setPalette(withReadableSelection(QApplication::palette()));
     QApplication::setWindowIcon(icon(QStringLiteral("app")));
 
     Reportr state;
