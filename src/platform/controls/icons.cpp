@@ -12,9 +12,13 @@ namespace corvane {
 namespace {
 
 constexpr double kDisabledOpacity = 0.4;
-constexpr double kExtremeContrast = 20; ///< of text and window; ordinary palettes stay below, black on white is 21
+constexpr double kExtremeContrast
+    = 20; ///< of text and window; ordinary palettes stay below, black on white is 21
 constexpr double kReadableContrast = 4.5; ///< WCAG 2.1, success criterion 1.4.3
-constexpr QRgb kAccent = 0xff2065c8;      ///< as the drawings have it
+constexpr double kQuietShare = 0.7; ///< of the text colour
+constexpr double kVisibleContrast = 3; ///< WCAG 2.1, success criterion 1.4.11
+constexpr double kOutlineShare = 0.45; ///< of the text colour
+constexpr QRgb kAccent = 0xff2065c8; ///< as the drawings have it
 
 /// What styles derive for a disabled drawing hardly differs from the light ink.
 QPixmap faded(const QPixmap &drawing)
@@ -42,14 +46,28 @@ double linear(double channel)
 
 double luminance(const QColor &colour)
 {
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
+        + 0.0722 * linear(colour.blueF());
+}
+
+/// The text colour mixed with the window's; alone where the mix would fall below the contrast, and
+/// in palettes of extreme contrast, whose users need all of it.
+QColor textMixed(const QPalette &palette, double share, double least)
+{
+    const QColor text = palette.color(QPalette::WindowText);
+    const QColor window = palette.color(QPalette::Window);
+    const auto mixed = [share](float a, float b) { return float(share * a + (1 - share) * b); };
+    const QColor mix = QColor::fromRgbF(mixed(text.redF(), window.redF()),
+        mixed(text.greenF(), window.greenF()), mixed(text.blueF(), window.blueF()));
+    return contrast(mix, window) >= least && contrast(text, window) <= kExtremeContrast ? mix
+                                                                                        : text;
 }
 
 } // namespace
 
 QIcon icon(const QString &name, const QPalette &palette)
 {
-    constexpr int kSizes[] {16, 24, 32, 36, 48, 64, 72, 96, 128, 144, 256};
+    constexpr int kSizes[]{16, 24, 32, 36, 48, 64, 72, 96, 128, 144, 256};
     const QString light = QStringLiteral(":/icons/light/%1/%2.png");
     const QString own = QStringLiteral(":/icons/%1/%2.png");
     const QColor text = palette.color(QPalette::WindowText);
@@ -61,8 +79,11 @@ QIcon icon(const QString &name, const QPalette &palette)
             continue;
         QPixmap drawing = coloured;
         if (const QString lightFile = light.arg(size).arg(name); QFile::exists(lightFile)) {
-            drawing = isExtreme ? inked(coloured, text) : isDark(palette) ? QPixmap(lightFile) : coloured;
-            icon.addPixmap(inked(coloured, palette.color(QPalette::HighlightedText)), QIcon::Selected);
+            drawing = isExtreme   ? inked(coloured, text)
+                : isDark(palette) ? QPixmap(lightFile)
+                                  : coloured;
+            icon.addPixmap(
+                inked(coloured, palette.color(QPalette::HighlightedText)), QIcon::Selected);
         }
         icon.addPixmap(drawing);
         icon.addPixmap(faded(drawing), QIcon::Disabled);
@@ -72,7 +93,8 @@ QIcon icon(const QString &name, const QPalette &palette)
 
 bool isDark(const QPalette &palette)
 {
-    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+    return palette.color(QPalette::Window).lightness()
+        < palette.color(QPalette::WindowText).lightness();
 }
 
 double contrast(const QColor &a, const QColor &b)
@@ -81,11 +103,22 @@ double contrast(const QColor &a, const QColor &b)
     return (lighter + 0.05) / (darker + 0.05);
 }
 
+QColor quietText(const QPalette &palette)
+{
+    return textMixed(palette, kQuietShare, kReadableContrast);
+}
+
+QColor outlineOnDark(const QPalette &palette)
+{
+    return textMixed(palette, kOutlineShare, kVisibleContrast);
+}
+
 QPalette withReadableSelection(QPalette palette)
 {
     palette.setResolveMask(0); // what is not set here goes on following the system
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-        if (contrast(palette.color(group, QPalette::Highlight), palette.color(group, QPalette::HighlightedText))
+        if (contrast(palette.color(group, QPalette::Highlight),
+                palette.color(group, QPalette::HighlightedText))
             >= kReadableContrast)
             continue;
         palette.setColor(group, QPalette::Highlight, QColor(kAccent));
