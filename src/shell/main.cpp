@@ -1,3 +1,4 @@
+#include "platform/controls/clear_outlines.h"
 #include "platform/controls/icons.h"
 #include "platform/desktop/system_desktop.h"
 #include "shell/frm_cvr_main.h"
@@ -34,6 +35,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane Reporter"));
     QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
+    showOutlinesOnDark();
     QApplication::setPalette(withReadableSelection(QApplication::palette()));
     QApplication::setWindowIcon(icon(QStringLiteral("app")));
 
