@@ -2,6 +2,8 @@
 
 #include "platform/controls/control_names.h"
 #include "platform/controls/icons.h"
+#include "platform/controls/quiet_label.h"
+#include "platform/controls/spacing.h"
 #include "shared/legal_notice.h"
 
 #include <QtCore/QCoreApplication>
@@ -15,7 +17,7 @@ namespace corvane {
 namespace {
 
 constexpr int kIconSize = 64;
-constexpr int kTextWidth = 370;
+constexpr int kTextLetters = 58; ///< width of the notice, which wraps
 constexpr double kTitleScale = 1.4;
 
 } // namespace
@@ -23,7 +25,7 @@ constexpr double kTitleScale = 1.4;
 frmAbout::frmAbout(QWidget *parent)
     : QDialog(parent)
     , lblTitle(new QLabel(tr("Corvane Reporter"), this))
-    , lblVersion(new QLabel(this))
+    , lblVersion(new QuietLabel(this))
     , lblDescription(new QLabel(this))
     , cmdOK(new QPushButton(tr("OK"), this))
 {
@@ -56,28 +58,29 @@ void frmAbout::buildForm()
     title.setPointSizeF(title.pointSizeF() * kTitleScale);
     title.setBold(true);
     lblTitle->setFont(title);
-    lblVersion->setForegroundRole(QPalette::PlaceholderText);
     lblVersion->setTextInteractionFlags(
         Qt::TextSelectableByMouse); // to be quoted when asking for help
     lblDescription->setTextFormat(Qt::PlainText);
     lblDescription->setWordWrap(true);
-    lblDescription->setMinimumWidth(kTextWidth);
+    lblDescription->setFixedWidth(lettersWide(this, kTextLetters));
     cmdOK->setDefault(true);
 
+    const int gap = controlGap(this);
     auto *picture = new QLabel(this);
     picture->setPixmap(icon(QStringLiteral("app")).pixmap(kIconSize));
     auto *words = new QVBoxLayout;
     words->addWidget(lblTitle);
     words->addWidget(lblVersion);
-    words->addSpacing(10);
+    words->addSpacing(gap);
     words->addWidget(lblDescription);
+    words->addStretch();
     auto *content = new QHBoxLayout;
-    content->setSpacing(20);
+    content->setSpacing(3 * gap);
     content->addWidget(picture, 0, Qt::AlignTop);
     content->addLayout(words, 1);
     auto *form = new QVBoxLayout(this);
-    form->setContentsMargins(20, 20, 20, 14);
-    form->setSpacing(18);
+    form->setContentsMargins(form->contentsMargins() + gap);
+    form->setSpacing(3 * gap);
     form->addLayout(content);
     form->addWidget(cmdOK, 0, Qt::AlignRight);
     form->setSizeConstraint(QLayout::SetFixedSize);

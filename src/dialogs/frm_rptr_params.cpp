@@ -32,23 +32,23 @@ QScrollArea *scrolling(QWidget *content)
 frmRptrParams::frmRptrParams(const ParametersClause &clause, int dateOrder, std::function<QDate()> today, QWidget *parent)
     : QDialog(parent)
     , m_order(dateOrderOf(dateOrder))
-    , cmdok(new QPushButton(tr("&OK"), this))
-    , cmdcancel(new QPushButton(tr("&Cancel"), this))
+    , cmdok(new QPushButton(tr("&OK")))
+    , cmdcancel(new QPushButton(tr("&Cancel")))
 {
     setWindowTitle(tr("Report Parameters"));
     setObjectName(QStringLiteral("frmRptrParams"));
     nameControl(cmdok, QStringLiteral("cmdok"), tr("OK"));
     nameControl(cmdcancel, QStringLiteral("cmdcancel"), tr("Cancel"));
-    cmdok->setDefault(true);
     connect(cmdok, &QPushButton::clicked, this, &frmRptrParams::cmdok_Click);
     connect(cmdcancel, &QPushButton::clicked, this, &QDialog::reject);
 
     auto *rows = new QWidget;
     auto *form = new QFormLayout(rows);
+    form->setContentsMargins({});
     form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     for (const QueryParameter &parameter : clause.parameters)
         addRow(parameter, form, today);
-    auto *buttons = new QHBoxLayout;
+    auto *buttons = new QHBoxLayout; // the form takes them only now, so that Tab comes to them last
     buttons->addStretch();
     buttons->addWidget(cmdok);
     buttons->addWidget(cmdcancel);
@@ -58,6 +58,9 @@ frmRptrParams::frmRptrParams(const ParametersClause &clause, int dateOrder, std:
     else
         whole->addWidget(rows);
     whole->addLayout(buttons);
+    cmdok->setDefault(true);
+    if (!m_rows.empty())
+        m_rows.front().control->setFocus();
     controls_Change();
 }
 

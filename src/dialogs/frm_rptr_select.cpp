@@ -4,6 +4,7 @@
 #include "platform/controls/control_names.h"
 #include "platform/controls/flood_panel.h"
 #include "platform/controls/record_list.h"
+#include "platform/controls/spacing.h"
 #include "platform/messages/message_boxes.h"
 
 #include <QtWidgets/QBoxLayout>
@@ -14,8 +15,10 @@ namespace corvane {
 
 namespace {
 
-constexpr QSize kListMinimum(420, 110);
-constexpr QSize kFormSize(560, 340);
+constexpr int kListLetters = 60; ///< smallest width of the list
+constexpr int kListLines = 7;    ///< smallest height of the list
+constexpr int kFormLetters = 80; ///< width to begin with
+constexpr int kFormLines = 20;   ///< height to begin with
 
 } // namespace
 
@@ -66,7 +69,7 @@ void frmRptrSelect::buildForm()
     lblAction->setWordWrap(true);
     lblIncomplete->setWordWrap(true);
     lblIncomplete->hide();
-    ctList1->setMinimumSize(kListMinimum); // it gives way when the line below it grows
+    ctList1->setMinimumSize(lettersWide(this, kListLetters), linesHigh(this, kListLines)); // it gives way when the line below it grows
     for (QPushButton *button : Command1)
         button->setAutoDefault(false);
     cmdselect->setDefault(true);
@@ -91,7 +94,7 @@ void frmRptrSelect::buildForm()
     form->addLayout(progress);
     form->addWidget(lblIncomplete);
     form->addLayout(buttons);
-    resize(kFormSize);
+    resize(lettersWide(this, kFormLetters), linesHigh(this, kFormLines));
     ctList1->setFocus();
 }
 

@@ -2,8 +2,10 @@
 
 #include "platform/controls/control_names.h"
 #include "platform/controls/flood_panel.h"
+#include "platform/controls/quiet_label.h"
 #include "platform/controls/record_list.h"
 #include "platform/controls/record_model.h"
+#include "platform/controls/spacing.h"
 #include "platform/database/error.h"
 #include "platform/messages/message_boxes.h"
 #include "shared/reportr.h"
@@ -19,6 +21,13 @@
 
 namespace corvane {
 
+namespace {
+
+constexpr int kFormLetters = 103; ///< width to begin with
+constexpr int kFormLines = 28;    ///< height to begin with
+
+} // namespace
+
 frmspatnt::frmspatnt(Reportr &state, MessageBoxes &boxes, QWidget *parent)
     : QDialog(parent)
     , m_state(state)
@@ -29,7 +38,7 @@ frmspatnt::frmspatnt(Reportr &state, MessageBoxes &boxes, QWidget *parent)
     , Label2(new QLabel(tr("Starts with:"), this))
     , txtsearch(new QLineEdit(this))
     , cmdsearch(new QPushButton(tr("Search"), this))
-    , Label3(new QLabel(tr("Enter a '%' to list all patients"), this))
+    , Label3(new QuietLabel(tr("Enter a '%' to list all patients"), this))
     , ctList1(new RecordList(this))
     , lblIncomplete(new QLabel(this))
     , pnlcount(new QLabel(tr("0 Records"), this))
@@ -75,9 +84,13 @@ void frmspatnt::buildForm()
     lblIncomplete->setTextFormat(Qt::PlainText);
     lblIncomplete->setWordWrap(true);
     lblIncomplete->hide();
+    for (QLabel *label : {Label1, Label2, Label3}) {
+        QFont font = label->font();
+        font.setFamily(QStringLiteral("Arial"));
+        label->setFont(font);
+    }
     Label1->setBuddy(cbosearch);
     Label2->setBuddy(txtsearch);
-    Label3->setForegroundRole(QPalette::PlaceholderText);
     cmdselect->setAutoDefault(false);
     cmdcancel->setAutoDefault(false);
     cmdsearch->setAutoDefault(false);
@@ -98,7 +111,7 @@ void frmspatnt::buildForm()
     form->addWidget(ctList1, 1);
     form->addWidget(lblIncomplete);
     form->addLayout(buttons);
-    resize(720, 480);
+    resize(lettersWide(this, kFormLetters), linesHigh(this, kFormLines));
     for (const auto &[first, second] : {std::pair<QWidget *, QWidget *> {cbosearch, txtsearch}, {txtsearch, cmdsearch},
              {cmdsearch, ctList1}, {ctList1, cmdselect}, {cmdselect, cmdcancel}})
         setTabOrder(first, second);

@@ -26,6 +26,12 @@ QColor blended(const QColor &a, const QColor &b, double share)
     return QColor(mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue()));
 }
 
+/// Of the page's edge and the ticks; what styles call "mid" is black in some dark palettes.
+QColor lineColour(const QPalette &palette)
+{
+    return isDark(palette) ? outlineOnDark(palette) : palette.color(QPalette::Mid);
+}
+
 QColor warningInk(const QPalette &palette)
 {
     return isDark(palette) ? QColor(0xf0, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
@@ -87,7 +93,7 @@ void ColumnRuler::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const QRectF page(0, kTickHeight + 2, place(m_limit), height() - kTickHeight - 2);
     painter.fillRect(page, palette().base());
-    painter.setPen(palette().mid().color());
+    painter.setPen(lineColour(palette()));
     painter.drawRect(page.adjusted(0.5, 0.5, -0.5, -0.5));
     paintTicks(painter);
     for (int row = 0; row < int(m_columns.size()); ++row)
@@ -100,7 +106,7 @@ void ColumnRuler::paintEvent(QPaintEvent *)
 
 void ColumnRuler::paintTicks(QPainter &painter) const
 {
-    painter.setPen(palette().mid().color());
+    painter.setPen(lineColour(palette()));
     for (double inch = 0; inch <= m_limit; inch += 0.5) {
         const qreal x = std::min(std::floor(place(inch)) + 0.5, width() - 0.5);
         const bool isWhole = inch == std::floor(inch);

@@ -5,6 +5,8 @@
 #include "editor/column_model.h"
 #include "editor/column_ruler.h"
 #include "platform/controls/control_names.h"
+#include "platform/controls/quiet_label.h"
+#include "platform/controls/roomy_rows.h"
 
 #include <QtGui/QShortcut>
 #include <QtGui/QValidator>
@@ -24,8 +26,10 @@ namespace corvane {
 
 namespace {
 
-constexpr QSize kListMinimum(360, 150);
-constexpr QSize kFormSize(680, 660);
+constexpr int kListLetters = 52;  ///< smallest width of the list
+constexpr int kListLines = 9;     ///< smallest height of the list
+constexpr int kFormLetters = 97; ///< width to begin with
+constexpr int kFormLines = 39;    ///< height to begin with
 constexpr int kSizeLetters = 14; ///< width of the list's second column
 constexpr int kQueryLines = 3;
 constexpr int kProblemLines = 4;
@@ -49,13 +53,6 @@ public:
             : Invalid;
     }
 };
-
-QLabel *greyLabel(const QString &text)
-{
-    auto *label = new QLabel(text);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    return label;
-}
 
 /// A text that may be longer than the form is wide.
 void keepNarrow(QLabel *label)
@@ -123,7 +120,8 @@ void frmCVRProps::setUpList()
     ctList1->setDragDropMode(QAbstractItemView::DragDrop);
     ctList1->setDragDropOverwriteMode(false);
     ctList1->setDefaultDropAction(Qt::MoveAction);
-    ctList1->setMinimumSize(kListMinimum);
+    ctList1->setItemDelegate(new RoomyRows(ctList1));
+    ctList1->setMinimumSize(lettersWide(this, kListLetters), linesHigh(this, kListLines));
     ctList1->header()->setStretchLastSection(false);
     ctList1->header()->setSectionsMovable(false);
     ctList1->header()->setHighlightSections(false);
@@ -145,7 +143,7 @@ QLayout *frmCVRProps::pageTexts()
     const std::array<QString, 3> captions{tr("Left"), tr("Center"), tr("Right")};
     for (int side = Left; side <= Right; ++side) {
         grid->setColumnStretch(side + 1, 1);
-        grid->addWidget(greyLabel(captions[size_t(side)]), 0, side + 1);
+        grid->addWidget(new QuietLabel(captions[size_t(side)]), 0, side + 1);
         for (QComboBox *box : {cboHeader[size_t(side)], cbofooter[size_t(side)]}) {
             box->setEditable(true);
             box->setInsertPolicy(QComboBox::NoInsert);
@@ -161,7 +159,7 @@ QLayout *frmCVRProps::pageTexts()
     grid->addWidget(header, 1, 0);
     grid->addWidget(footer, 2, 0);
     grid->setColumnMinimumWidth(0, labelWidth());
-    QLabel *note = greyLabel(tr(
+    auto *note = new QuietLabel(tr(
         "The left footer text is kept but not printed: the database's name stands in its place."));
     note->setObjectName(QStringLiteral("lblNotPrinted"));
     note->setWordWrap(true);
@@ -179,7 +177,7 @@ QLayout *frmCVRProps::pageLayout()
     auto *row = new QHBoxLayout;
     row->addWidget(label);
     row->addWidget(cboorient);
-    row->addSpacing(16);
+    row->addSpacing(2 * controlGap(this));
     row->addWidget(ckPageBreak);
     row->addStretch();
     return row;
@@ -228,7 +226,7 @@ QLayout *frmCVRProps::details()
     auto *font = new QHBoxLayout;
     font->addWidget(lblFont);
     font->addWidget(Command4);
-    font->addWidget(greyLabel(tr("Not saved: the report's font is a key of its definition.")), 1);
+    font->addWidget(new QuietLabel(tr("Not saved: the report's font is a key of its definition.")), 1);
     grid->addWidget(new QLabel(tr("Font")), 2, 0);
     grid->addLayout(font, 2, 1);
     return grid;
@@ -265,7 +263,7 @@ void frmCVRProps::buildForm()
     buttons->addWidget(Command5);
     buttons->addWidget(Command6);
     auto *form = new QVBoxLayout(this);
-    form->setSpacing(10);
+    form->setSpacing(form->spacing() + controlGap(this) / 2);
     form->addLayout(pageTexts());
     form->addLayout(pageLayout());
     form->addLayout(columnList(), 1);
@@ -274,7 +272,7 @@ void frmCVRProps::buildForm()
     form->addLayout(details());
     form->addWidget(problemStrip());
     form->addLayout(buttons);
-    resize(kFormSize);
+    resize(lettersWide(this, kFormLetters), linesHigh(this, kFormLines));
 
     const std::array<QWidget *, 19> order{cboHeader[Left], cboHeader[Center], cboHeader[Right],
         cbofooter[Left], cbofooter[Center], cbofooter[Right], cboorient, ckPageBreak, ctList1,

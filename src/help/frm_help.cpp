@@ -3,6 +3,8 @@
 #include "help/help_browser.h"
 #include "help/help_topics.h"
 #include "platform/controls/control_names.h"
+#include "platform/controls/icons.h"
+#include "platform/controls/spacing.h"
 
 #include <QtGui/QKeyEvent>
 #include <QtGui/QShortcut>
@@ -18,6 +20,7 @@ namespace {
 
 constexpr QSize kFormSize(960, 680);
 constexpr int kListWidth = 270;
+constexpr int kIconSize = 16;
 constexpr int kContextRole = Qt::UserRole;
 
 } // namespace
@@ -60,7 +63,8 @@ void frmHelp::buildForm()
 
     auto *left = new QWidget;
     auto *column = new QVBoxLayout(left);
-    column->setContentsMargins(8, 8, 8, 8);
+    const int gap = controlGap(this);
+    column->setContentsMargins(gap, gap, gap, gap);
     column->addWidget(txtsearch);
     column->addWidget(lstTopics, 1);
     auto *panes = new QSplitter;
@@ -82,11 +86,13 @@ void frmHelp::buildForm()
 QToolBar *frmHelp::buildToolBar()
 {
     auto *bar = new QToolBar(this);
-    m_back = bar->addAction(tr("Back"));
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize({kIconSize, kIconSize});
+    m_back = bar->addAction(icon(QStringLiteral("previous"), palette()), tr("Back"));
     m_back->setShortcut(QKeySequence::Back);
-    m_forward = bar->addAction(tr("Forward"));
+    m_forward = bar->addAction(icon(QStringLiteral("next"), palette()), tr("Forward"));
     m_forward->setShortcut(QKeySequence::Forward);
-    m_home = bar->addAction(tr("Main Topic"));
+    m_home = bar->addAction(icon(QStringLiteral("home"), palette()), tr("Main Topic"));
     for (QAction *action : {m_back, m_forward})
         action->setEnabled(false);
     return bar;

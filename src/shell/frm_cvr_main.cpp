@@ -8,6 +8,7 @@
 #include "platform/controls/date_field.h"
 #include "platform/controls/flood_panel.h"
 #include "platform/controls/ribbon_button.h"
+#include "platform/controls/spacing.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_pane.h"
 #include "session/report_list.h"
@@ -25,6 +26,7 @@
 #include <QtGui/QCloseEvent>
 #include <QtGui/QDesktopServices>
 #include <QtGui/QDropEvent>
+#include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QSplitter>
@@ -34,6 +36,8 @@ namespace corvane {
 
 namespace {
 
+constexpr int kWindowLetters = 177; ///< to begin with, when the screen is large enough
+constexpr int kWindowLines = 48;
 const QString kTitle = QStringLiteral("Corvane");
 const QString kChooseReport = QStringLiteral("Choose a report from the list.");
 
@@ -74,7 +78,7 @@ frmCVRMain::frmCVRMain(Reportr &state, Desktop &desktop, Clock clock, const QLoc
     buildPanes();
     buildStatusBar();
     connectDates();
-    resize(1240, 820);
+    resize(QSize(lettersWide(this, kWindowLetters), linesHigh(this, kWindowLines)).boundedTo(screen()->availableSize()));
 }
 
 bool frmCVRMain::Form_Load(const SingleInstance &instance)

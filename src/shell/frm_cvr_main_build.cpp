@@ -6,6 +6,7 @@
 #include "platform/controls/flood_panel.h"
 #include "platform/controls/icons.h"
 #include "platform/controls/ribbon_button.h"
+#include "platform/controls/spacing.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_pane.h"
 #include "shell/report_list_pane.h"
@@ -22,9 +23,8 @@ namespace corvane {
 
 namespace {
 
-constexpr int kListWidth = 220;
-constexpr int kProgressWidth = 180;
-constexpr int kStatusMargin = 6;
+constexpr int kListLetters = 32;
+constexpr int kProgressLetters = 26;
 
 struct ToolButtonLook {
     const char *caption;
@@ -156,7 +156,8 @@ void frmCVRMain::buildPanes()
     vp->setEmptyText(tr("Choose a report from the list."));
     connect(vp, &Preview::webLinkActivated, this, &frmCVRMain::openAddress);
     SSSplitter1->setStretchFactor(1, 1);
-    SSSplitter1->setSizes({kListWidth, width() - kListWidth});
+    const int listWidth = lettersWide(this, kListLetters);
+    SSSplitter1->setSizes({listWidth, width() - listWidth});
     setCentralWidget(SSSplitter1);
     setAcceptDrops(true);
 }
@@ -175,10 +176,10 @@ void frmCVRMain::buildStatusBar()
     pnlprogress = new FloodPanel;
     pnlprogress->setObjectName(QStringLiteral("pnlprogress"));
     pnlprogress->setAccessibleName(tr("Progress"));
-    pnlprogress->setFixedWidth(kProgressWidth);
+    pnlprogress->setFixedWidth(lettersWide(this, kProgressLetters));
     pnlprogress->hide();
     for (QLabel *label : {m_summary, m_user, m_notes})
-        label->setContentsMargins(kStatusMargin, 0, kStatusMargin, 0);
+        label->setContentsMargins(controlGap(this), 0, controlGap(this), 0);
     statusBar()->addWidget(m_summary);
     statusBar()->addWidget(m_user);
     statusBar()->addWidget(m_notes, 1);

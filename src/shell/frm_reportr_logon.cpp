@@ -1,6 +1,8 @@
 #include "shell/frm_reportr_logon.h"
 
 #include "platform/controls/control_names.h"
+#include "platform/controls/quiet_label.h"
+#include "platform/controls/spacing.h"
 #include "session/logon.h"
 #include "shared/reportr.h"
 #include "shell/logon_box.h"
@@ -15,7 +17,7 @@ namespace corvane {
 
 namespace {
 
-constexpr int kNoticeWidth = 360;
+constexpr int kNoticeLetters = 54; ///< width of the notice, which wraps
 constexpr int kAsterisk = '*';
 
 } // namespace
@@ -27,7 +29,7 @@ frmReportrLogon::frmReportrLogon(Reportr &state, MessageBoxes &boxes, QWidget *p
     , lblNotice(new QLabel(QString(kBuiltInNotice), this))
     , txtuid(new LogonBox(this))
     , txtpw(new LogonBox(this))
-    , lblVersion(new QLabel(this))
+    , lblVersion(new QuietLabel(this))
     , Check1(new QCheckBox(tr("Check1"), this))
     , cmdok(new QPushButton(tr("Ok"), this))
     , cmdcancel(new QPushButton(tr("&Cancel"), this))
@@ -64,15 +66,15 @@ void frmReportrLogon::buildForm()
     nameControl(Check1, QStringLiteral("Check1"), tr("Logon accepted"));
     nameControl(cmdok, QStringLiteral("cmdok"), tr("Ok"));
     nameControl(cmdcancel, QStringLiteral("cmdcancel"), tr("Cancel"));
+    const int gap = controlGap(this);
     Check1->hide(); // the form's result for its caller, nothing to click
     lblNotice->setTextFormat(Qt::PlainText);
     lblNotice->setWordWrap(true);
-    lblNotice->setMinimumWidth(kNoticeWidth);
+    lblNotice->setFixedWidth(lettersWide(this, kNoticeLetters));
     lblNotice->setFrameShape(QFrame::StyledPanel);
-    lblNotice->setMargin(10);
+    lblNotice->setMargin(gap);
     txtpw->setEchoMode(QLineEdit::Password);
     txtpw->setStyleSheet(QStringLiteral("lineedit-password-character: %1").arg(kAsterisk));
-    lblVersion->setEnabled(false);
 
     auto *userLabel = new QLabel(tr("User ID"), this);
     auto *passwordLabel = new QLabel(tr("Password"), this);
@@ -80,7 +82,7 @@ void frmReportrLogon::buildForm()
     passwordLabel->setBuddy(txtpw);
     auto *boxes = new QGridLayout;
     boxes->setColumnStretch(1, 1);
-    boxes->setHorizontalSpacing(16);
+    boxes->setHorizontalSpacing(2 * gap);
     boxes->addWidget(userLabel, 0, 0);
     boxes->addWidget(txtuid, 0, 1);
     boxes->addWidget(passwordLabel, 1, 0);
@@ -91,7 +93,7 @@ void frmReportrLogon::buildForm()
     buttons->addWidget(cmdok);
     buttons->addWidget(cmdcancel);
     auto *form = new QVBoxLayout(this);
-    form->setSpacing(12);
+    form->setSpacing(2 * gap);
     form->addWidget(lblNotice);
     form->addLayout(boxes);
     form->addLayout(buttons);

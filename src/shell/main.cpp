@@ -1,3 +1,4 @@
+#include "platform/controls/clear_outlines.h"
 #include "platform/controls/icons.h"
 #include "platform/desktop/system_desktop.h"
 #include "shared/core_dumps.h"
@@ -36,6 +37,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane Reporter"));
     QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
+    showOutlinesOnDark();
+    QApplication::setPalette(withReadableSelection(QApplication::palette()));
     QApplication::setWindowIcon(icon(QStringLiteral("app")));
 
     Reportr state;

@@ -45,7 +45,8 @@ QSize FloodPanel::sizeHint() const
 
 QSize FloodPanel::minimumSizeHint() const
 {
-    const int caption = m_caption.isEmpty() ? 0 : fontMetrics().horizontalAdvance(m_caption) + kCaptionGap;
+    const int caption
+        = m_caption.isEmpty() ? 0 : fontMetrics().horizontalAdvance(m_caption) + kCaptionGap;
     return {caption + kShortestBar, qMax(fontMetrics().height(), kBarThickness)};
 }
 
@@ -54,9 +55,11 @@ void FloodPanel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     if (!m_caption.isEmpty())
         style()->drawItemText(&painter, rect(),
-            int(Qt::AlignVCenter) | int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)), palette(),
-            isEnabled(), m_caption, QPalette::WindowText);
+            int(Qt::AlignVCenter) | int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)),
+            palette(), isEnabled(), m_caption, QPalette::WindowText);
 
+    if (floodPercent() == 0)
+        return; // nothing runs: an empty track would look like a rule across the form
     const QRect bar = barRect();
     QColor track = palette().color(QPalette::WindowText);
     track.setAlphaF(0.12F);
@@ -66,8 +69,6 @@ void FloodPanel::paintEvent(QPaintEvent *)
     painter.drawRoundedRect(bar, kBarThickness / 2.0, kBarThickness / 2.0);
     QRect filled = bar;
     filled.setWidth(bar.width() * floodPercent() / 100);
-    if (filled.width() <= 0)
-        return;
     // The rounded end of the track cuts the fill, whose own right edge stays straight.
     painter.setClipRect(QStyle::visualRect(layoutDirection(), bar, filled));
     painter.setBrush(palette().color(QPalette::Highlight));
@@ -76,7 +77,8 @@ void FloodPanel::paintEvent(QPaintEvent *)
 
 QRect FloodPanel::barRect() const
 {
-    const int left = m_caption.isEmpty() ? 0 : fontMetrics().horizontalAdvance(m_caption) + kCaptionGap;
+    const int left
+        = m_caption.isEmpty() ? 0 : fontMetrics().horizontalAdvance(m_caption) + kCaptionGap;
     const QRect bar(left, (height() - kBarThickness) / 2, width() - left, kBarThickness);
     return QStyle::visualRect(layoutDirection(), rect(), bar);
 }

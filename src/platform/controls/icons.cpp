@@ -4,11 +4,21 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPixmap>
 
+#include <algorithm>
+#include <cmath>
+
 namespace corvane {
 
 namespace {
 
 constexpr double kDisabledOpacity = 0.4;
+constexpr double kExtremeContrast
+    = 20; ///< of text and window; ordinary palettes stay below, black on white is 21
+constexpr double kReadableContrast = 4.5; ///< WCAG 2.1, success criterion 1.4.3
+constexpr double kQuietShare = 0.7; ///< of the text colour
+constexpr double kVisibleContrast = 3; ///< WCAG 2.1, success criterion 1.4.11
+constexpr double kOutlineShare = 0.45; ///< of the text colour
+constexpr QRgb kAccent = 0xff2065c8; ///< as the drawings have it
 
 /// What styles derive for a disabled drawing hardly differs from the light ink.
 QPixmap faded(const QPixmap &drawing)
@@ -21,34 +31,100 @@ QPixmap faded(const QPixmap &drawing)
     return pixmap;
 }
 
+QPixmap inked(QPixmap drawing, const QColor &ink)
+{
+    QPainter painter(&drawing);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(drawing.rect(), ink);
+    return drawing;
+}
+
+double linear(double channel)
+{
+    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor &colour)
+{
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
+        + 0.0722 * linear(colour.blueF());
+}
+
+/// The text colour mixed with the window's; alone where the mix would fall below the contrast, and
+/// in palettes of extreme contrast, whose users need all of it.
+QColor textMixed(const QPalette &palette, double share, double least)
+{
+    const QColor text = palette.color(QPalette::WindowText);
+    const QColor window = palette.color(QPalette::Window);
+    const auto mixed = [share](float a, float b) { return float(share * a + (1 - share) * b); };
+    const QColor mix = QColor::fromRgbF(mixed(text.redF(), window.redF()),
+        mixed(text.greenF(), window.greenF()), mixed(text.blueF(), window.blueF()));
+    return contrast(mix, window) >= least && contrast(text, window) <= kExtremeContrast ? mix
+                                                                                        : text;
+}
+
 } // namespace
 
 QIcon icon(const QString &name, const QPalette &palette)
 {
-    constexpr int kSizes[] {16, 24, 32, 48, 64, 128, 256};
+    constexpr int kSizes[]{16, 24, 32, 36, 48, 64, 72, 96, 128, 144, 256};
     const QString light = QStringLiteral(":/icons/light/%1/%2.png");
     const QString own = QStringLiteral(":/icons/%1/%2.png");
+    const QColor text = palette.color(QPalette::WindowText);
+    const bool isExtreme = contrast(text, palette.color(QPalette::Window)) > kExtremeContrast;
     QIcon icon;
     for (const int size : kSizes) {
-        QString file = (isDark(palette) ? light : own).arg(size).arg(name);
-        if (!QFile::exists(file))
-            file = own.arg(size).arg(name);
-        const QPixmap drawing(file);
-        if (drawing.isNull())
+        const QPixmap coloured(own.arg(size).arg(name));
+        if (coloured.isNull())
             continue;
+        QPixmap drawing = coloured;
+        if (const QString lightFile = light.arg(size).arg(name); QFile::exists(lightFile)) {
+            drawing = isExtreme   ? inked(coloured, text)
+                : isDark(palette) ? QPixmap(lightFile)
+                                  : coloured;
+            icon.addPixmap(
+                inked(coloured, palette.color(QPalette::HighlightedText)), QIcon::Selected);
+        }
         icon.addPixmap(drawing);
         icon.addPixmap(faded(drawing), QIcon::Disabled);
-        const bool lightOnHighlight = palette.color(QPalette::HighlightedText).lightness() > 127;
-        const QPixmap selected((lightOnHighlight ? light : own).arg(size).arg(name));
-        if (!selected.isNull())
-            icon.addPixmap(selected, QIcon::Selected);
     }
     return icon;
 }
 
 bool isDark(const QPalette &palette)
 {
-    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+    return palette.color(QPalette::Window).lightness()
+        < palette.color(QPalette::WindowText).lightness();
+}
+
+double contrast(const QColor &a, const QColor &b)
+{
+    const auto [darker, lighter] = std::minmax({luminance(a), luminance(b)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor quietText(const QPalette &palette)
+{
+    return textMixed(palette, kQuietShare, kReadableContrast);
+}
+
+QColor outlineOnDark(const QPalette &palette)
+{
+    return textMixed(palette, kOutlineShare, kVisibleContrast);
+}
+
+QPalette withReadableSelection(QPalette palette)
+{
+    palette.setResolveMask(0); // what is not set here goes on following the system
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        if (contrast(palette.color(group, QPalette::Highlight),
+                palette.color(group, QPalette::HighlightedText))
+            >= kReadableContrast)
+            continue;
+        palette.setColor(group, QPalette::Highlight, QColor(kAccent));
+        palette.setColor(group, QPalette::HighlightedText, Qt::white);
+    }
+    return palette;
 }
 
 } // namespace corvane

@@ -1,5 +1,7 @@
 #include "platform/controls/record_list.h"
 
+#include "platform/controls/roomy_rows.h"
+
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHeaderView>
@@ -30,6 +32,7 @@ RecordList::RecordList(QWidget *parent)
 {
     setModel(&m_model);
     setUniformRowHeights(true);
+    setItemDelegate(new RoomyRows(this));
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setAllColumnsShowFocus(true);

@@ -13,8 +13,10 @@ namespace {
 
 constexpr int kIconSize = 24;
 constexpr int kPadding = 9;
+constexpr int kLeastPadding = 3;
 constexpr int kIconGap = 4;
-constexpr int kShortestCaption = 12; ///< average letters that even the narrowest button has room for
+constexpr int kShortestCaption
+    = 12; ///< average letters that even the narrowest button has room for
 
 } // namespace
 
@@ -29,7 +31,7 @@ RibbonButton::RibbonButton(const QString &caption, const QString &iconName, QWid
     setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     setAutoRaise(true);
     setFocusPolicy(Qt::StrongFocus);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
 }
 
 QSize RibbonButton::sizeHint() const
@@ -37,7 +39,14 @@ QSize RibbonButton::sizeHint() const
     const QFontMetrics metrics = fontMetrics();
     const int caption = qMax(metrics.size(Qt::TextShowMnemonic, text()).width(),
         metrics.averageCharWidth() * kShortestCaption);
-    return {caption + 2 * kPadding, iconSize().height() + kIconGap + metrics.height() + 2 * kPadding};
+    return {
+        caption + 2 * kPadding, iconSize().height() + kIconGap + metrics.height() + 2 * kPadding};
+}
+
+QSize RibbonButton::minimumSizeHint() const
+{
+    return {fontMetrics().size(Qt::TextShowMnemonic, text()).width() + 2 * kLeastPadding,
+        sizeHint().height()};
 }
 
 void RibbonButton::changeEvent(QEvent *event)
@@ -49,8 +58,8 @@ void RibbonButton::changeEvent(QEvent *event)
 
 void RibbonButton::paintEvent(QPaintEvent *)
 {
-    // The style draws the frame; drawing and caption are placed here, because styles squeeze the two
-    // together and differ in where the caption's line stands.
+    // The style draws the frame; drawing and caption are placed here, because styles squeeze the
+    // two together and differ in where the caption's line stands.
     QStylePainter painter(this);
     QStyleOptionToolButton option;
     initStyleOption(&option);
@@ -62,11 +71,12 @@ void RibbonButton::paintEvent(QPaintEvent *)
     option.state &= ~QStyle::State_HasFocus;
     painter.drawComplexControl(QStyle::CC_ToolButton, option);
 
-    const QRect inner = rect().adjusted(kPadding, kPadding, -kPadding, -kPadding);
+    const QRect inner = rect().adjusted(kLeastPadding, kPadding, -kLeastPadding, -kPadding);
     const QRect drawing(inner.center().x() - kIconSize / 2 + 1, inner.top(), kIconSize, kIconSize);
     icon().paint(&painter, drawing, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
-    style()->drawItemText(&painter, inner, Qt::AlignHCenter | Qt::AlignBottom | Qt::TextShowMnemonic, palette(),
-        isEnabled(), caption, QPalette::ButtonText);
+    style()->drawItemText(&painter, inner,
+        Qt::AlignHCenter | Qt::AlignBottom | Qt::TextShowMnemonic, palette(), isEnabled(), caption,
+        QPalette::ButtonText);
     if (!showsFocus)
         return;
     painter.setRenderHint(QPainter::Antialiasing);

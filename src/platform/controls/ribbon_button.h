@@ -15,7 +15,8 @@ public:
     RibbonButton(const QString &caption, const QString &iconName, QWidget *parent = nullptr);
 
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    /// In a narrow toolbar a button gives way as far as its caption lets it.
+    QSize minimumSizeHint() const override;
 
 protected:
     void changeEvent(QEvent *event) override;

@@ -1,5 +1,6 @@
 #include "platform/desktop/system_desktop.h"
 
+#include "platform/controls/icons.h"
 #include "platform/desktop/document_opener.h"
 
 #include <QtCore/QDir>
@@ -7,7 +8,9 @@
 #include <QtPrintSupport/QPrintDialog>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QStyle>
 
 namespace corvane {
 
@@ -57,6 +60,22 @@ MessageAnswer answerOf(int pressed, int flags)
     return canCancel && pressed != QMessageBox::No ? MessageAnswer::Cancel : MessageAnswer::No;
 }
 
+/// Sets the box's kind, which it also speaks, and the program's own drawing for it: where no desktop theme is
+/// set, the toolkit's own are small pictures of another age. Setting a pixmap would lose the kind.
+void setSign(QMessageBox &box, QMessageBox::Icon kind)
+{
+    box.setIcon(kind);
+    const QString name = kind == QMessageBox::Critical ? QStringLiteral("critical")
+        : kind == QMessageBox::Warning                 ? QStringLiteral("warning")
+        : kind == QMessageBox::Information             ? QStringLiteral("information")
+                                                       : QString();
+    auto *sign = box.findChild<QLabel *>(QStringLiteral("qt_msgboxex_icon_label"));
+    if (name.isEmpty() || !sign)
+        return;
+    const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+    sign->setPixmap(icon(name, box.palette()).pixmap(QSize(size, size), box.devicePixelRatio()));
+}
+
 /// "*.pdf", ".pdf" and "pdf" all mean "pdf".
 QString suffixOf(const QString &extension)
 {
@@ -84,7 +103,7 @@ MessageAnswer SystemDesktop::message(const QString &text, int flags, const QStri
     box.setWindowTitle(title.isEmpty() ? programName() : title);
     box.setTextFormat(Qt::PlainText);
     box.setText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n'));
-    box.setIcon(iconOf(flags));
+    setSign(box, iconOf(flags));
     const QMessageBox::StandardButtons buttons = buttonsOf(flags);
     box.setStandardButtons(buttons);
     // Where there is a way back, Enter takes it: the other two each give something up.

@@ -16,6 +16,7 @@ PreviewPane::PreviewPane(QWidget *parent)
     , m_splitter(new QSplitter(this))
     , m_side(new SidePanel(m_preview))
 {
+    auto *bar = new PreviewBar(m_preview, this); // before what stands below it: Tab goes from top to bottom
     m_splitter->setObjectName(QStringLiteral("sideSplitter"));
     m_splitter->setChildrenCollapsible(false);
     m_splitter->addWidget(m_side);
@@ -24,7 +25,7 @@ PreviewPane::PreviewPane(QWidget *parent)
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(0);
-    column->addWidget(new PreviewBar(m_preview, this));
+    column->addWidget(bar);
     column->addWidget(m_splitter, 1);
 
     connect(m_preview, &Preview::documentChanged, this, &PreviewPane::showSidePanel);
