@@ -1,8 +1,13 @@
 #include "platform/controls/icons.h"
 
+#include "platform/controls/lazy_icon.h"
+
 #include <QtCore/QFile>
 #include <QtGui/QPainter>
 #include <QtGui/QPixmap>
+
+#include <algorithm>
+#include <array>
 
 namespace corvane {
 
@@ -25,25 +30,18 @@ QPixmap faded(const QPixmap &drawing)
 
 QIcon icon(const QString &name, const QPalette &palette)
 {
-    constexpr int kSizes[] {16, 24, 32, 48, 64, 128, 256};
+    constexpr std::array kSizes {16, 24, 32, 48, 64, 128, 256};
     const QString light = QStringLiteral(":/icons/light/%1/%2.png");
     const QString own = QStringLiteral(":/icons/%1/%2.png");
-    QIcon icon;
-    for (const int size : kSizes) {
-        QString file = (isDark(palette) ? light : own).arg(size).arg(name);
-        if (!QFile::exists(file))
-            file = own.arg(size).arg(name);
-        const QPixmap drawing(file);
-        if (drawing.isNull())
-            continue;
-        icon.addPixmap(drawing);
-        icon.addPixmap(faded(drawing), QIcon::Disabled);
-        const bool lightOnHighlight = palette.color(QPalette::HighlightedText).lightness() > 127;
-        const QPixmap selected((lightOnHighlight ? light : own).arg(size).arg(name));
-        if (!selected.isNull())
-            icon.addPixmap(selected, QIcon::Selected);
-    }
-    return icon;
+    QList<int> sizes;
+    std::ranges::copy_if(kSizes, std::back_inserter(sizes), [&](int size) { return QFile::exists(own.arg(size).arg(name)); });
+    const bool lightOnHighlight = palette.color(QPalette::HighlightedText).lightness() > 127;
+    return lazyIcon(sizes, [=, isOnDark = isDark(palette)](int size, QIcon::Mode mode) {
+        const bool isLight = mode == QIcon::Selected ? lightOnHighlight : isOnDark;
+        const QString lightFile = light.arg(size).arg(name);
+        const QPixmap drawing(isLight && QFile::exists(lightFile) ? lightFile : own.arg(size).arg(name));
+        return mode == QIcon::Disabled ? faded(drawing) : drawing;
+    });
 }
 
 bool isDark(const QPalette &palette)
