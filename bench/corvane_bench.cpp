@@ -1,111 +1,89 @@
-// Times the stages of one large report against the limit program, all in one run.
+// Times what the budget names against its limits, all in one run.
 
-#include "bench_clinic.h"
-#include "limit.h"
+#include "check.h"
+#include "designed_bench.h"
 #include "list_bench.h"
 #include "preview_bench.h"
+#include "report_bench.h"
+#include "startup_bench.h"
 #include "workbook_bench.h"
 
 #include <QtCore/QCommandLineParser>
-#include <QtCore/QElapsedTimer>
-#include <QtCore/QProcess>
-#include <QtCore/QRegularExpression>
-#include <QtCore/QTemporaryDir>
 #include <QtWidgets/QApplication>
 
-#include <algorithm>
 #include <cstdio>
-#include <limits>
+#include <exception>
 
 using namespace corvane;
 
 namespace {
 
-constexpr int kMostTagged = 100'000; ///< rows; beyond it nobody asks for tags
+constexpr int kListRows = 200'000;
+constexpr int kDesignedRows = 100'000;
+constexpr int kPages = 20'000;
+constexpr int kQuickRounds = 2;
+constexpr int kQuickRows = 100'000;
 
-struct Stages {
-    double limitMs = std::numeric_limits<double>::max();
-    double queryMs = limitMs;
-    double composeMs = limitMs;
-    double bothMs = limitMs;
-    double pdfMs = limitMs;
-    double taggedMs = limitMs;
-    double wholeMs = limitMs;
-    qint64 peakKiB = 0;
-    int pages = 0;
-};
-
-double number(const QString &line, const char *name)
+QCommandLineOption option(const char *name, const char *description, const char *value = nullptr,
+    const char *fallback = nullptr)
 {
-    const QRegularExpression pattern(QString::fromLatin1(name) + QStringLiteral("=(\\d+)"));
-    return pattern.match(line).captured(1).toDouble();
+    return {QString::fromLatin1(name), QString::fromLatin1(description), QString::fromLatin1(value),
+        QString::fromLatin1(fallback)};
 }
 
-/// One whole run of the batch program and its wall time; its own stage times come on standard error, which is
-/// returned. Empty when it failed.
-QString runBatch(const QString &clinic, const QStringList &more, double &wholeMs)
+bool check(bench::Extent extent, int most, int rounds, bench::TableForm form)
 {
-    QProcess batch;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("CORVANE_PASSWORD"), QStringLiteral("bench"));
-    batch.setProcessEnvironment(environment);
-    QElapsedTimer timer;
-    timer.start();
-    batch.start(QCoreApplication::applicationDirPath() + u"/corvane-batch",
-        QStringList {QStringLiteral("run"), QStringLiteral("Bench.rpt"), QStringLiteral("--folder"), clinic, QStringLiteral("--user"),
-            QStringLiteral("bench"), QStringLiteral("--pdf"), clinic + u"/bench.pdf", QStringLiteral("--timings")} + more);
-    batch.waitForFinished(-1);
-    wholeMs = double(timer.nsecsElapsed()) / 1e6;
-    const QString output = QString::fromUtf8(batch.readAllStandardError());
-    if (batch.exitCode() != 0) {
-        std::fprintf(stderr, "corvane-batch ended with status %d: %s\n", batch.exitCode(), qPrintable(output));
-        return {};
+    bool isComplete = bench::measureReports(most, rounds);
+    bench::measureWorkbooks(most, rounds);
+    isComplete &= bench::measureDesigned(kDesignedRows, rounds);
+    isComplete &= bench::measureLists(kListRows, rounds);
+    isComplete &= bench::measureStartup(rounds);
+    isComplete &= bench::measurePreview(kPages, rounds);
+    return bench::checkBudgets(extent, form) && isComplete;
+}
+
+bool run(QApplication &application)
+{
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    const auto most = option("rows", "The largest number of rows.", "N", "1000000");
+    const auto rounds = option("rounds", "Rounds; the best counts.", "N", "5");
+    const auto checks
+        = option("check", "Measure everything and hold it against the budget; status 1 on a miss.");
+    const auto quick
+        = option("quick", "With --check: two rounds, 100,000 rows at most.");
+    const auto markdown = option("markdown", "With --check: the last table as in bench/README.md.");
+    const auto lists = option("lists", "Time the filling of a list of 200,000 rows only.");
+    const auto workbooks = option("workbooks", "Time the writing of workbooks only.");
+    const auto designed = option("designed", "Time a designed report of N rows only.", "N");
+    const auto startup = option("startup", "Time the start to the logon form only.");
+    const auto preview
+        = option("preview", "Time search and jumps in a preview of N pages only.", "N");
+    parser.addOptions(
+        {most, rounds, checks, quick, markdown, lists, workbooks, designed, startup, preview});
+    parser.process(application);
+
+    const bool isQuick = parser.isSet(quick);
+    const int rows = isQuick ? kQuickRows : parser.value(most).toInt();
+    const int times
+        = isQuick && !parser.isSet(rounds) ? kQuickRounds : parser.value(rounds).toInt();
+    std::printf("Ratios to the limit of the same run, best of %d.\n\n", times);
+    if (parser.isSet(checks))
+        return check(isQuick ? bench::Extent::Quick : bench::Extent::Full, rows, times,
+            parser.isSet(markdown) ? bench::TableForm::Markdown : bench::TableForm::Plain);
+    if (parser.isSet(lists))
+        return bench::measureLists(kListRows, times);
+    if (parser.isSet(designed))
+        return bench::measureDesigned(parser.value(designed).toInt(), times);
+    if (parser.isSet(startup))
+        return bench::measureStartup(times);
+    if (parser.isSet(preview))
+        return bench::measurePreview(parser.value(preview).toInt(), times);
+    if (parser.isSet(workbooks)) {
+        bench::measureWorkbooks(rows, times);
+        return true;
     }
-    return output;
-}
-
-bool measureRun(const QString &clinic, Stages &best)
-{
-    double wholeMs = 0;
-    const QString output = runBatch(clinic, {}, wholeMs);
-    if (output.isEmpty())
-        return false;
-    const double queryMs = number(output, "query_ms");
-    const double composeMs = number(output, "compose_ms");
-    best.queryMs = std::min(best.queryMs, queryMs);
-    best.composeMs = std::min(best.composeMs, composeMs);
-    best.bothMs = std::min(best.bothMs, queryMs + composeMs);
-    best.pdfMs = std::min(best.pdfMs, number(output, "pdf_ms"));
-    best.wholeMs = std::min(best.wholeMs, wholeMs);
-    best.peakKiB = std::max(best.peakKiB, qint64(number(output, "peak_rss_kib")));
-    best.pages = int(number(output, "pages"));
-    return true;
-}
-
-bool measureTagged(const QString &clinic, Stages &best)
-{
-    double wholeMs = 0;
-    const QString output = runBatch(clinic, {QStringLiteral("--tagged")}, wholeMs);
-    best.taggedMs = std::min(best.taggedMs, number(output, "pdf_ms"));
-    return !output.isEmpty();
-}
-
-bool measure(int rows, int rounds)
-{
-    const QTemporaryDir folder;
-    bench::makeBenchClinic(folder.path(), rows);
-    Stages best;
-    for (int round = 0; round < rounds; ++round) {
-        best.limitMs = std::min(best.limitMs, bench::runLimit(folder.filePath(QStringLiteral("limit.pdf")).toStdString(), rows));
-        if (!measureRun(folder.path(), best) || (rows <= kMostTagged && !measureTagged(folder.path(), best)))
-            return false;
-    }
-    const auto ratio = [&](double ms) { return ms / best.limitMs; };
-    const QString tagged = rows <= kMostTagged ? QString::number(ratio(best.taggedMs), 'f', 2) : QStringLiteral("-");
-    std::printf("%9d %7d %8.0f | %6.2f %8.2f %6.2f | %6.2f %6s %6.2f | %8.0f\n", rows, best.pages, best.limitMs, ratio(best.queryMs),
-        ratio(best.composeMs), ratio(best.bothMs), ratio(best.pdfMs), qPrintable(tagged), ratio(best.wholeMs), double(best.peakKiB) / 1024);
-    std::fflush(stdout);
-    return true;
+    return bench::measureReports(rows, times);
 }
 
 } // namespace
@@ -114,32 +92,10 @@ int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    const QCommandLineOption most(QStringLiteral("rows"), QStringLiteral("The largest number of rows."), QStringLiteral("N"),
-        QStringLiteral("1000000"));
-    const QCommandLineOption rounds(QStringLiteral("rounds"), QStringLiteral("Rounds per size; the best counts."),
-        QStringLiteral("N"), QStringLiteral("5"));
-    const QCommandLineOption lists(QStringLiteral("lists"), QStringLiteral("Time the filling of a list of 200,000 rows only."));
-    const QCommandLineOption workbooks(QStringLiteral("workbooks"), QStringLiteral("Time the writing of workbooks only."));
-    const QCommandLineOption preview(QStringLiteral("preview"), QStringLiteral("Time search and jumps in a preview of N pages only."),
-        QStringLiteral("N"));
-    parser.addOptions({most, rounds, lists, workbooks, preview});
-    parser.process(application);
-
-    if (parser.isSet(lists))
-        return bench::measureLists(200'000, parser.value(rounds).toInt()) ? 0 : 1;
-    if (parser.isSet(workbooks)) {
-        bench::measureWorkbooks(parser.value(most).toInt(), parser.value(rounds).toInt());
-        return 0;
+    try {
+        return run(application) ? 0 : 1;
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "corvane-bench: %s\n", error.what());
+        return 1;
     }
-    if (parser.isSet(preview))
-        return bench::measurePreview(parser.value(preview).toInt(), parser.value(rounds).toInt()) ? 0 : 1;
-    std::printf("Every stage as a ratio to the limit program of the same run, best of %s.\n\n", qPrintable(parser.value(rounds)));
-    std::printf("     rows   pages limit ms |  fetch  compose   both |    PDF tagged  whole | peak MiB\n");
-    for (const int rows : {10'000, 100'000, 1'000'000}) {
-        if (rows <= parser.value(most).toInt() && !measure(rows, parser.value(rounds).toInt()))
-            return 1;
-    }
-    return 0;
 }

@@ -1,23 +1,21 @@
-// Times a large designed report, from its query to the PDF, against the limit program of the same
-// run.
+#include "designed_bench.h"
 
 #include "bench_clinic.h"
 #include "limit.h"
+#include "measured.h"
 
 #include "platform/engine/report_control.h"
 #include "platform/pdf/pdf_writer.h"
 
-#include <QtCore/QCommandLineParser>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
-#include <QtGui/QGuiApplication>
 
 #include <algorithm>
 #include <cstdio>
 #include <limits>
 
-using namespace corvane;
+namespace corvane::bench {
 
 namespace {
 
@@ -62,8 +60,8 @@ double since(const QElapsedTimer &timer)
 
 void runOnce(const QString &folder, int rows, Stages &best)
 {
-    best.limitMs = std::min(
-        best.limitMs, bench::runLimit(QString(folder + u"/limit.pdf").toStdString(), rows));
+    best.limitMs
+        = std::min(best.limitMs, runLimit(QString(folder + u"/limit.pdf").toStdString(), rows));
     QElapsedTimer timer;
     timer.start();
     ReportControl control;
@@ -84,31 +82,22 @@ void runOnce(const QString &folder, int rows, Stages &best)
 
 } // namespace
 
-int main(int argc, char **argv)
+bool measureDesigned(int rows, int rounds)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    const QCommandLineOption rows(QStringLiteral("rows"), QStringLiteral("Rows of the report."),
-        QStringLiteral("N"), QStringLiteral("100000"));
-    const QCommandLineOption rounds(QStringLiteral("rounds"),
-        QStringLiteral("Rounds; the best counts."), QStringLiteral("N"), QStringLiteral("5"));
-    parser.addOptions({rows, rounds});
-    parser.process(application);
-
     const QTemporaryDir folder;
-    const int count = parser.value(rows).toInt();
-    bench::makeBenchClinic(folder.path(), count);
+    makeBenchClinic(folder.path(), rows);
     QFile file(folder.filePath(QStringLiteral("Reports/Designed.rpt")));
     if (!file.open(QIODevice::WriteOnly) || file.write(kReport) < 0)
-        return 1;
+        return false;
     file.close();
     Stages best;
-    for (int round = 0; round < parser.value(rounds).toInt(); ++round)
-        runOnce(folder.path(), count, best);
+    for (int round = 0; round < rounds; ++round)
+        runOnce(folder.path(), rows, best);
+    record("designed", best.wholeMs / best.limitMs);
     std::printf("     rows   pages limit ms | query and layout    PDF  whole\n");
-    std::printf("%9d %7d %8.0f | %16.2f %6.2f %6.2f\n", count, best.pages, best.limitMs,
+    std::printf("%9d %7d %8.0f | %16.2f %6.2f %6.2f\n", rows, best.pages, best.limitMs,
         best.layoutMs / best.limitMs, best.pdfMs / best.limitMs, best.wholeMs / best.limitMs);
-    return 0;
+    return true;
 }
+
+} // namespace corvane::bench

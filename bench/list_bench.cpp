@@ -1,5 +1,7 @@
 #include "list_bench.h"
 
+#include "measured.h"
+
 #include "definitions/selection_token_list.h"
 #include "dialogs/frm_rptr_select.h"
 #include "dialogs/frmspatnt.h"
@@ -101,6 +103,8 @@ bool measureOne(const char *name, const QString &file, const QByteArray &sql, in
         if (!round(filling))
             return false;
     }
+    record("lists", filling.ms / bare);
+    record("lists-memory", filling.memoryMiB);
     std::printf("%s: %.2f times stepping through the query alone, %.0f MiB\n", name, filling.ms / bare, filling.memoryMiB);
     return true;
 }

@@ -1,5 +1,7 @@
 #include "preview_bench.h"
 
+#include "measured.h"
+
 #include "platform/composer/page_composer.h"
 #include "platform/preview/document_search.h"
 #include "platform/preview/preview.h"
@@ -91,6 +93,8 @@ void measureSearch(const DocumentPtr &document, const QString &block, const QStr
         keepBest(first, find);
         keepBest(again, find);
     }
+    record("search-first", first / library);
+    record("search", again / library);
     std::printf("%-18s %-6s %9lld %9lld | %8.1f | %6.2f %6.2f\n", qPrintable(text),
         rule == CaseRule::Match ? "match" : "ignore", static_cast<long long>(search.hitCount()),
         static_cast<long long>(expected), library, first / library, again / library);
@@ -128,6 +132,8 @@ void measureJumps(const DocumentPtr &large, const DocumentPtr &small, int rounds
         pane.preview()->setDocument(nullptr);
         keepBest(whole, [&] { pane.preview()->setDocument(large); });
     }
+    record("preview-jump", jump / onePage);
+    record("preview-open", whole / onePage);
     std::printf("\n%d pages, in times painting a report of one page: opening %.2f, with bar and "
                 "side panel %.2f, a jump %.2f\n",
         large->pageCount(), open / onePage, whole / onePage, jump / onePage);

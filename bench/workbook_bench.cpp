@@ -1,6 +1,7 @@
 #include "workbook_bench.h"
 
 #include "limit.h"
+#include "measured.h"
 #include "platform/database/rowset.h"
 #include "platform/workbook/workbook_writer.h"
 
@@ -92,6 +93,10 @@ void measureOne(const char *name, const Rowset &rows, int rounds)
         workbookMs = std::min(workbookMs, double(timer.nsecsElapsed()) / 1e6);
         memoryMiB = std::max(memoryMiB, statusMiB("VmHWM:") - before);
     }
+    if (count == 100'000)
+        record("workbook", workbookMs / limitMs);
+    if (count == 1'000'000)
+        record("workbook-memory", memoryMiB);
     std::printf("%9d  %-16s %8.0f | %8.2f | %10.0f | %8.1f\n", count, name, limitMs,
         workbookMs / limitMs, memoryMiB, double(QFileInfo(file).size()) / (1 << 20));
     std::fflush(stdout);

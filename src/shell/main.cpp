@@ -1,4 +1,5 @@
 #include "platform/controls/clear_outlines.h"
+#include "platform/controls/first_paint.h"
 #include "platform/controls/icons.h"
 #include "platform/desktop/system_desktop.h"
 #include "shared/core_dumps.h"
@@ -17,15 +18,20 @@ using namespace corvane;
 namespace {
 
 /// The program folder: --folder, else the executable's. "RecSrcTrue" may stand anywhere beside it.
+/// --quit-when-painted WINDOW is for benchmarks of the start-up.
 QString programFolder(const QStringList &arguments)
 {
     QCommandLineParser parser;
     const QCommandLineOption folder(QStringLiteral("folder"), QStringLiteral("The folder that holds corvane.ini."),
         QStringLiteral("DIR"), QCoreApplication::applicationDirPath());
-    parser.addOption(folder);
+    QCommandLineOption quit(QStringLiteral("quit-when-painted"), QString(), QStringLiteral("WINDOW"));
+    quit.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOptions({folder, quit});
     parser.addHelpOption();
     parser.addVersionOption();
     parser.process(arguments);
+    if (parser.isSet(quit))
+        quitOncePainted(parser.value(quit));
     return QDir(parser.value(folder)).absolutePath();
 }
 

@@ -80,7 +80,7 @@ void TabularBuild::writeRows(const Rowset &rows)
         if (m_run.definition.refresh())
             readRecordKeys();
         if (m_groupField >= 1) {
-            m_text.clear();
+            m_text.resize(0);
             appendValueText(m_text, rows.value(row, m_groupField), m_run.style);
             if (m_isFirst || m_text != m_groupValue)
                 startGroup(m_text);
@@ -144,7 +144,7 @@ void TabularBuild::addTotalRow(QStringView label, float count)
 
 void TabularBuild::addRow(const Rowset &rows, qsizetype row)
 {
-    m_body.clear();
+    m_body.resize(0); // keeps its memory, which clear() gives away
     for (const Column &column : m_columns) {
         if (&column != m_columns.data())
             m_body += u'|';
@@ -180,7 +180,7 @@ void TabularBuild::appendCell(const Value &value, CellFormat format)
 void TabularBuild::addNote(const Value &value)
 {
     PageComposer &vp = m_run.vp;
-    m_text.clear();
+    m_text.resize(0);
     appendValueText(m_text, value, m_run.style);
     if (!m_text.isEmpty()) {
         vp.setLeftIndent(m_noteIndent);

@@ -25,7 +25,7 @@ FontFacePtr fixtureFace(const char *fileName)
 }
 
 /// A page as a report has it: caption, heading row, rows with an empty cell, page header and footer.
-Document reportDocument()
+Document reportDocument(int pages = 3)
 {
     DocumentBuilder builder;
     const quint16 plain = builder.style();
@@ -34,7 +34,7 @@ Document reportDocument()
     builder.paragraph(QStringLiteral("Appointments (all rooms)"));
     builder.setStyle(kSans, 10);
     const std::vector<qint32> places {1440, 4000, 7000};
-    for (int page = 0; page < 3; ++page) {
+    for (int page = 0; page < pages; ++page) {
         if (page > 0)
             builder.newPage();
         for (int i = 0; i < 40; ++i)
@@ -67,21 +67,22 @@ private Q_SLOTS:
     void shadesAndRulesShowTheirColours();
     void describesItself();
     void outlineLeadsToItsPages();
+    void sameDocumentSameBytes_data();
     void sameDocumentSameBytes();
     void oddPagesAreWritten_data();
     void oddPagesAreWritten();
 
 private:
     /// The document as a file that qpdf finds no fault with; empty after a failure.
-    QString write(const Document &document);
+    QString write(const Document &document, const PdfOptions &options = {});
 
     QTemporaryDir m_dir;
 };
 
-QString tst_pdf::write(const Document &document)
+QString tst_pdf::write(const Document &document, const PdfOptions &options)
 {
     const QString fileName = m_dir.filePath(QStringLiteral("out.pdf"));
-    writePdf(document, fileName);
+    writePdf(document, fileName, options);
     const QString check = readerOutput(QStringLiteral("qpdf"), {QStringLiteral("--check"), fileName});
     if (check.contains(u"No syntax or stream encoding errors") && !check.contains(u"WARNING"))
         return fileName;
@@ -328,16 +329,33 @@ void tst_pdf::outlineLeadsToItsPages()
     QVERIFY2(lines[1].contains(QStringLiteral("\"Zoë's (room)\"")) && lines[1].contains(u"#page=3"), qPrintable(outline));
 }
 
+void tst_pdf::sameDocumentSameBytes_data()
+{
+    QTest::addColumn<PdfTagging>("tagging");
+    QTest::newRow("tagged") << PdfTagging::Always;
+    QTest::newRow("untagged") << PdfTagging::Never;
+}
+
 void tst_pdf::sameDocumentSameBytes()
 {
-    QByteArray bytes;
-    for (int i = 0; i < 2; ++i) { // built twice: nothing may depend on addresses
-        QFile file(write(reportDocument()));
+    QFETCH(PdfTagging, tagging);
+    QByteArray first;
+    for (const int threads : {1, 2, 4}) { // built each time: nothing may depend on addresses either
+        PdfOptions options;
+        options.tagging = tagging;
+        options.threads = threads;
+        Document document = reportDocument(60);
+        QImage noise(1200, 1200, QImage::Format_RGB32); // takes longer than the pages that come behind it
+        for (int i = 0; i < noise.width() * noise.height(); ++i)
+            noise.setPixel(i % noise.width(), i / noise.width(), qRgb(i * 7919 >> 3, i * 104'729 >> 5, i * 31));
+        document.pictures.push_back({noise, {}});
+        document.pages.front().pictures.push_back({1440, 9000, 2000, 2000, 0, QStringLiteral("noise")});
+        QFile file(write(document, options));
         QVERIFY(file.open(QIODevice::ReadOnly));
-        if (i == 0)
-            bytes = file.readAll();
-        else
-            QVERIFY(file.readAll() == bytes);
+        const QByteArray bytes = file.readAll();
+        if (first.isEmpty())
+            first = bytes;
+        QVERIFY2(bytes == first, qPrintable(QStringLiteral("%1 threads").arg(threads)));
     }
 }
 

@@ -1,10 +1,13 @@
 #include "platform/controls/icons.h"
 
+#include "platform/controls/lazy_icon.h"
+
 #include <QtCore/QFile>
 #include <QtGui/QPainter>
 #include <QtGui/QPixmap>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace corvane {
@@ -67,28 +70,26 @@ QColor textMixed(const QPalette &palette, double share, double least)
 
 QIcon icon(const QString &name, const QPalette &palette)
 {
-    constexpr int kSizes[]{16, 24, 32, 36, 48, 64, 72, 96, 128, 144, 256};
+    constexpr std::array kSizes {16, 24, 32, 36, 48, 64, 72, 96, 128, 144, 256};
     const QString light = QStringLiteral(":/icons/light/%1/%2.png");
     const QString own = QStringLiteral(":/icons/%1/%2.png");
-    const QColor text = palette.color(QPalette::WindowText);
-    const bool isExtreme = contrast(text, palette.color(QPalette::Window)) > kExtremeContrast;
-    QIcon icon;
-    for (const int size : kSizes) {
+    QList<int> sizes;
+    std::ranges::copy_if(kSizes, std::back_inserter(sizes), [&](int size) { return QFile::exists(own.arg(size).arg(name)); });
+    return lazyIcon(sizes, [=](int size, QIcon::Mode mode) {
         const QPixmap coloured(own.arg(size).arg(name));
-        if (coloured.isNull())
-            continue;
+        const QString lightFile = light.arg(size).arg(name);
+        const bool hasOneInk = QFile::exists(lightFile);
+        if (mode == QIcon::Selected && hasOneInk)
+            return inked(coloured, palette.color(QPalette::HighlightedText));
+        const QColor text = palette.color(QPalette::WindowText);
+        const bool isExtreme = contrast(text, palette.color(QPalette::Window)) > kExtremeContrast;
         QPixmap drawing = coloured;
-        if (const QString lightFile = light.arg(size).arg(name); QFile::exists(lightFile)) {
-            drawing = isExtreme   ? inked(coloured, text)
-                : isDark(palette) ? QPixmap(lightFile)
-                                  : coloured;
-            icon.addPixmap(
-                inked(coloured, palette.color(QPalette::HighlightedText)), QIcon::Selected);
-        }
-        icon.addPixmap(drawing);
-        icon.addPixmap(faded(drawing), QIcon::Disabled);
-    }
-    return icon;
+        if (hasOneInk && isExtreme)
+            drawing = inked(coloured, text);
+        else if (hasOneInk && isDark(palette))
+            drawing = QPixmap(lightFile);
+        return mode == QIcon::Disabled ? faded(drawing) : drawing;
+    });
 }
 
 bool isDark(const QPalette &palette)

@@ -11,8 +11,8 @@ struct libdeflate_compressor;
 
 namespace corvane {
 
-/// Deflates whole blocks at level 6 (zlib format, RFC 1950). Knows nothing of the PDF around it, so
-/// that finished pages can be handed to a compressor on another thread.
+/// Deflates whole blocks at level 6 (zlib format, RFC 1950). Knows nothing of the PDF around it: each
+/// thread of a CompressionQueue has one.
 class Compressor
 {
 public:

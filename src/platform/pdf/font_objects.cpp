@@ -77,14 +77,14 @@ std::string cmap(const std::string &cmapName, bool isToUnicode, const Mappings &
     return text + "endcmap\nCMapName currentdict /CMap defineresource pop\nend\nend\n";
 }
 
-Object toUnicode(QPDF &pdf, Compressor &compressor, const CodedFont &font)
+Object toUnicode(QPDF &pdf, CompressionQueue &compression, const CodedFont &font)
 {
     Mappings mappings;
     for (size_t code = 0; code < font.glyphs.size(); ++code) {
         if (!font.glyphs[code].text.isEmpty())
             mappings.push_back("<" + hexOf(quint32(code), 2) + "> <" + utf16Hex(font.glyphs[code].text) + ">\n");
     }
-    return compressedStream(pdf, compressor, cmap("Corvane-Text", true, mappings));
+    return compressedStream(pdf, compression, cmap("Corvane-Text", true, mappings));
 }
 
 /// The glyphs that these fonts show, sorted.
@@ -130,9 +130,9 @@ struct EmbeddedFile {
 class FontBuilder
 {
 public:
-    FontBuilder(QPDF &pdf, Compressor &compressor, FontCodes &codes)
+    FontBuilder(QPDF &pdf, CompressionQueue &compression, FontCodes &codes)
         : m_pdf(pdf)
-        , m_compressor(compressor)
+        , m_compression(compression)
         , m_codes(codes)
     {
     }
@@ -153,7 +153,7 @@ private:
     Object boxFont(const CodedFont &coded);
 
     QPDF &m_pdf;
-    Compressor &m_compressor;
+    CompressionQueue &m_compression;
     FontCodes &m_codes;
     std::map<quint16, std::optional<EmbeddedFile>> m_shared; ///< by face
     std::optional<Object> m_codesAsCids;
@@ -211,7 +211,7 @@ Object FontBuilder::descriptor(const FontProgram &program, const std::string &ba
     for (const double side : metrics.box)
         box.appendItem(real(side));
 
-    Object stream = compressedStream(m_pdf, m_compressor, {file.constData(), size_t(file.size())});
+    Object stream = compressedStream(m_pdf, m_compression, {file.constData(), size_t(file.size())});
     if (program.hasCffOutlines())
         stream.getDict().replaceKey("/Subtype", name("OpenType"));
     else
@@ -245,7 +245,7 @@ Object FontBuilder::trueTypeFont(const CodedFont &coded, const EmbeddedFile &fil
         toGlyph[2 * code + 1] = char(file.placed.at(glyph) & 0xff);
     }
     Object font = descendant("CIDFontType2", m_codes.face(coded.face).face(), file, glyphsByCid);
-    font.replaceKey("/CIDToGIDMap", compressedStream(m_pdf, m_compressor, toGlyph));
+    font.replaceKey("/CIDToGIDMap", compressedStream(m_pdf, m_compression, toGlyph));
     if (!m_codesAsCids)
         m_codesAsCids = encoding("Corvane-Codes", {});
     return compositeFont(coded, file.baseFont, *m_codesAsCids, font);
@@ -294,7 +294,7 @@ Object FontBuilder::descendant(const char *type, const FontFace &face, const Emb
 
 Object FontBuilder::encoding(const std::string &cmapName, const Mappings &mappings)
 {
-    Object stream = compressedStream(m_pdf, m_compressor, cmap(cmapName, false, mappings));
+    Object stream = compressedStream(m_pdf, m_compression, cmap(cmapName, false, mappings));
     stream.getDict().replaceKey("/Type", name("CMap"));
     stream.getDict().replaceKey("/CMapName", name(cmapName));
     stream.getDict().replaceKey("/CIDSystemInfo", systemInfo());
@@ -310,7 +310,7 @@ Object FontBuilder::compositeFont(
     font.replaceKey("/BaseFont", name(baseFont));
     font.replaceKey("/Encoding", encoding);
     font.replaceKey("/DescendantFonts", Object::newArray(std::vector<Object> {descendant}));
-    font.replaceKey("/ToUnicode", toUnicode(m_pdf, m_compressor, coded));
+    font.replaceKey("/ToUnicode", toUnicode(m_pdf, m_compression, coded));
     return font;
 }
 
@@ -334,7 +334,7 @@ Object FontBuilder::boxFont(const CodedFont &coded)
             continue;
         const std::string box = std::to_string(width) + " 0 d0 40 w 60 20 "
             + std::to_string(std::max(width - 120, 0)) + " 660 re S\n";
-        procedures.replaceKey("/" + glyphName, compressedStream(m_pdf, m_compressor, box));
+        procedures.replaceKey("/" + glyphName, compressedStream(m_pdf, m_compression, box));
     }
     Object encoding = Object::newDictionary();
     encoding.replaceKey("/Type", name("Encoding"));
@@ -351,22 +351,24 @@ Object FontBuilder::boxFont(const CodedFont &coded)
     font.replaceKey("/CharProcs", procedures);
     font.replaceKey("/Encoding", encoding);
     font.replaceKey("/Resources", Object::newDictionary());
-    font.replaceKey("/ToUnicode", toUnicode(m_pdf, m_compressor, coded));
+    font.replaceKey("/ToUnicode", toUnicode(m_pdf, m_compression, coded));
     return font;
 }
 
 } // namespace
 
-QPDFObjectHandle compressedStream(QPDF &pdf, Compressor &compressor, std::string_view bytes)
+QPDFObjectHandle compressedStream(QPDF &pdf, CompressionQueue &compression, std::string_view bytes)
 {
     Object stream = Object::newStream(&pdf);
-    stream.replaceStreamData(compressor.compress(bytes), name("FlateDecode"), Object::newNull());
+    compression.add(bytes, [stream](const std::shared_ptr<Buffer> &compressed) mutable {
+        stream.replaceStreamData(compressed, name("FlateDecode"), Object::newNull());
+    });
     return stream;
 }
 
-QPDFObjectHandle fontResources(QPDF &pdf, Compressor &compressor, FontCodes &codes)
+QPDFObjectHandle fontResources(QPDF &pdf, CompressionQueue &compression, FontCodes &codes)
 {
-    FontBuilder builder(pdf, compressor, codes);
+    FontBuilder builder(pdf, compression, codes);
     Object fonts = Object::newDictionary();
     for (size_t i = 0; i < codes.fonts().size(); ++i)
         fonts.replaceKey("/" + PageContent::fontName(i), builder.font(i));

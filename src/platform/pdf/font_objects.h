@@ -1,17 +1,17 @@
 #pragma once
 
-#include "platform/pdf/compressor.h"
+#include "platform/pdf/compression_queue.h"
 #include "platform/pdf/font_codes.h"
 
 #include <qpdf/QPDF.hh>
 
 namespace corvane {
 
-/// A stream object of these bytes, compressed.
-QPDFObjectHandle compressedStream(QPDF &pdf, Compressor &compressor, std::string_view bytes);
+/// A stream object that has these bytes, compressed, once the queue is finished; until then it has none.
+QPDFObjectHandle compressedStream(QPDF &pdf, CompressionQueue &compression, std::string_view bytes);
 
 /// The font resources of the pages: for each PDF font a composite font (ISO 32000-1, 9.7) whose CMap
 /// has one-byte codes.
-QPDFObjectHandle fontResources(QPDF &pdf, Compressor &compressor, FontCodes &codes);
+QPDFObjectHandle fontResources(QPDF &pdf, CompressionQueue &compression, FontCodes &codes);
 
 } // namespace corvane

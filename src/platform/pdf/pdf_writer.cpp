@@ -56,7 +56,7 @@ private:
     const Document &m_document;
     const PdfOptions &m_options;
     QPDF m_pdf;
-    Compressor m_compressor;
+    CompressionQueue m_compression {m_options.threads};
     PageTree m_pages {m_pdf, m_document};
     PageLinks m_links {m_document};
     std::optional<PageTags> m_tags;
@@ -87,7 +87,7 @@ void FileBuilder::write(PdfFile &file)
 void FileBuilder::buildPages()
 {
     FontCodes codes(m_document.faces);
-    const PictureObjects pictures(m_pdf, m_compressor, m_document);
+    const PictureObjects pictures(m_pdf, m_compression, m_document);
     PageContent content(m_document, codes, pictures, m_tags ? &*m_tags : nullptr);
     // Readers refuse a file without pages: a document without any gets a blank one.
     const int count = std::max(m_document.pageCount(), 1);
@@ -99,13 +99,14 @@ void FileBuilder::buildPages()
         const std::string_view bytes = content.write(i);
         if (m_tags)
             m_contents.addData(QByteArrayView(bytes.data(), qsizetype(bytes.size())));
-        page.replaceKey("/Contents", compressedStream(m_pdf, m_compressor, bytes));
+        page.replaceKey("/Contents", compressedStream(m_pdf, m_compression, bytes));
     }
     QPDFObjectHandle resources = QPDFObjectHandle::newDictionary();
-    resources.replaceKey("/Font", fontResources(m_pdf, m_compressor, codes));
+    resources.replaceKey("/Font", fontResources(m_pdf, m_compression, codes));
     if (!pictures.isEmpty())
         resources.replaceKey("/XObject", pictures.resources());
     m_pages.finish(resources);
+    m_compression.finish();
 }
 
 std::vector<TaggedLink> FileBuilder::addLinks(QPDFObjectHandle page, int pageIndex)
@@ -182,7 +183,7 @@ void FileBuilder::writeStructure(QPDFWriter &writer, PdfFile &file)
     written.nextObject = last.getObj() + 1;
     written.crossReference = place.getOffset();
     written.fileId = m_contents.result().toHex().toStdString();
-    StructureSection(m_tags->tree(), written, m_compressor, file).write();
+    StructureSection(m_tags->tree(), written, m_compression, file).write();
 }
 
 } // namespace

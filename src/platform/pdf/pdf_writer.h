@@ -17,6 +17,7 @@ inline constexpr int kShortDocument = 500; ///< pages
 struct PdfOptions {
     QString producer = QStringLiteral("Corvane Reporter 1.0");
     PdfTagging tagging = PdfTagging::ShortDocuments;
+    int threads = 0; ///< that compress, the caller's own included; 0: as many as the machine has, 4 at the most
 };
 
 /// A PDF that could not be written; the words name the file and the cause.
@@ -32,7 +33,8 @@ private:
 
 /// Writes the document as PDF 1.7 (ISO 32000-1): real text, fonts embedded as subsets, one page for
 /// each of the document's, tagged as the options say. Written beside the target and renamed into place, so that a failure leaves
-/// an older file as it was. The same document gives the same bytes, dates and id aside.
+/// an older file as it was. The same document gives the same bytes, dates and
+/// id aside, whatever the number of threads; none of them outlives the call.
 /// @throws PdfError when the document is not whole or the file cannot be written.
 void writePdf(const Document &document, const QString &fileName, const PdfOptions &options = {});
 

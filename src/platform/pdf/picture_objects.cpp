@@ -35,9 +35,9 @@ std::string samplesOf(const QImage &image)
 
 } // namespace
 
-PictureObjects::PictureObjects(QPDF &pdf, Compressor &compressor, const Document &document)
+PictureObjects::PictureObjects(QPDF &pdf, CompressionQueue &compression, const Document &document)
     : m_pdf(pdf)
-    , m_compressor(compressor)
+    , m_compression(compression)
 {
     for (const Page &page : document.pages) {
         for (const PlacedPicture &placed : page.pictures) {
@@ -102,7 +102,7 @@ QPDFObjectHandle PictureObjects::imageObject(const QImage &image)
 
 QPDFObjectHandle PictureObjects::raster(QSize size, const char *colours, const std::string &samples)
 {
-    Object stream = compressedStream(m_pdf, m_compressor, samples);
+    Object stream = compressedStream(m_pdf, m_compression, samples);
     setImageKeys(stream, size, colours);
     return stream;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/composer/document.h"
-#include "platform/pdf/compressor.h"
+#include "platform/pdf/compression_queue.h"
 
 #include <qpdf/QPDF.hh>
 
@@ -14,7 +14,7 @@ namespace corvane {
 class PictureObjects
 {
 public:
-    PictureObjects(QPDF &pdf, Compressor &compressor, const Document &document);
+    PictureObjects(QPDF &pdf, CompressionQueue &compression, const Document &document);
 
     bool isEmpty() const { return m_objects.empty(); }
     bool holds(quint32 picture) const { return m_objects.contains(picture); }
@@ -29,7 +29,7 @@ private:
     QPDFObjectHandle raster(QSize size, const char *colours, const std::string &samples);
 
     QPDF &m_pdf;
-    Compressor &m_compressor;
+    CompressionQueue &m_compression;
     std::map<quint32, QPDFObjectHandle> m_objects; ///< by index into Document::pictures
 };
 

@@ -23,10 +23,10 @@ std::string textString(const QString &text)
 } // namespace
 
 StructureSection::StructureSection(
-    const StructureTree &tree, const WrittenFile &written, Compressor &compressor, PdfFile &file)
+    const StructureTree &tree, const WrittenFile &written, CompressionQueue &compression, PdfFile &file)
     : m_tree(tree)
     , m_written(written)
-    , m_compressor(compressor)
+    , m_compression(compression)
     , m_file(file)
     , m_nextStream(parentsNumber(tree.owners().size()))
 {
@@ -42,6 +42,7 @@ void StructureSection::write()
     putRoot();
     for (ObjectStream &stream : m_streams)
         write(stream);
+    m_compression.finish(); // only now it is known where the streams stand
     writeCrossReference();
 }
 
@@ -194,12 +195,13 @@ void StructureSection::write(ObjectStream &stream)
 
 void StructureSection::writeStream(const std::string &dictionary, const std::string &bytes)
 {
-    const auto compressed = m_compressor.compress(bytes);
-    m_places.push_back({false, quint32(m_file.size()), 0});
-    m_file.put(std::to_string(m_nextStream++) + " 0 obj\n<<" + dictionary + "/Filter/FlateDecode/Length "
-        + std::to_string(compressed->getSize()) + ">>\nstream\n");
-    m_file.write(compressed->getBuffer(), compressed->getSize());
-    m_file.put("\nendstream\nendobj\n");
+    const std::string begin = std::to_string(m_nextStream++) + " 0 obj\n<<" + dictionary + "/Filter/FlateDecode/Length ";
+    m_compression.add(bytes, [this, begin](const std::shared_ptr<Buffer> &compressed) {
+        m_places.push_back({false, quint32(m_file.size()), 0});
+        m_file.put(begin + std::to_string(compressed->getSize()) + ">>\nstream\n");
+        m_file.write(compressed->getBuffer(), compressed->getSize());
+        m_file.put("\nendstream\nendobj\n");
+    });
 }
 
 /// A cross-reference stream (7.5.8) of what this section holds.
@@ -225,6 +227,7 @@ void StructureSection::writeCrossReference()
         + std::to_string(m_written.catalog) + " 0 R/Info " + std::to_string(m_written.info) + " 0 R/ID[<"
         + m_written.fileId + "><" + m_written.fileId + ">]";
     writeStream(dictionary, predictedUp(rows, kEntrySize));
+    m_compression.finish();
     m_file.put("startxref\n" + std::to_string(offset) + "\n%%EOF\n");
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/pdf/compressor.h"
+#include "platform/pdf/compression_queue.h"
 #include "platform/pdf/object_stream.h"
 #include "platform/pdf/pdf_file.h"
 #include "platform/pdf/structure_tree.h"
@@ -24,7 +24,7 @@ struct WrittenFile {
 class StructureSection
 {
 public:
-    StructureSection(const StructureTree &tree, const WrittenFile &written, Compressor &compressor, PdfFile &file);
+    StructureSection(const StructureTree &tree, const WrittenFile &written, CompressionQueue &compression, PdfFile &file);
 
     void write();
 
@@ -50,7 +50,7 @@ private:
 
     const StructureTree &m_tree;
     const WrittenFile &m_written;
-    Compressor &m_compressor;
+    CompressionQueue &m_compression;
     PdfFile &m_file;
     std::array<ObjectStream, 4> m_streams; ///< by kind
     int m_nextStream = 0;
