@@ -4,9 +4,9 @@
 #include "measured.h"
 #include "platform/database/rowset.h"
 #include "platform/workbook/workbook_writer.h"
+#include "process_memory.h"
 
 #include <QtCore/QElapsedTimer>
-#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryDir>
 
@@ -51,27 +51,6 @@ RowsetPtr differentTexts(int rows)
     for (int i = 0; i < rows * 7; ++i)
         builder.addText(QByteArray("Text " + QByteArray::number(i)));
     return builder.finish();
-}
-
-/// A line of the process's own status in MiB, as "VmHWM:"; 0 where the system does not tell.
-double statusMiB(const char *name)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith(name))
-            return line.mid(int(qstrlen(name))).simplified().split(' ').value(0).toDouble() / 1024;
-    }
-    return 0;
-}
-
-/// Lets the highest resident size start again from the present one.
-void resetPeak()
-{
-    QFile reset(QStringLiteral("/proc/self/clear_refs"));
-    if (reset.open(QIODevice::WriteOnly))
-        reset.write("5");
 }
 
 void measureOne(const char *name, const Rowset &rows, int rounds)

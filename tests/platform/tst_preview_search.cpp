@@ -5,6 +5,8 @@
 #include "support/report_fixture.h"
 #include "support/suite.h"
 
+#include <QtCore/QRandomGenerator>
+#include <QtCore/QRegularExpression>
 #include <QtTest/QtTest>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -22,6 +24,8 @@ private Q_SLOTS:
     void textsAreFound_data();
     void textsAreFound();
     void hitsAgreeWithAPlainSearch();
+    void everyPathFindsTheSame();
+    void headersAndFootersAreNotSearched();
     void theNextHitGoesRoundTheEnd();
     void aLongSearchStartsWhereTheReaderIs();
     void typingFindsAndKeysStep();
@@ -106,6 +110,8 @@ void tst_preview_search::textsAreFound_data()
         {u"Rene\u0301"_qs});
     row("a ligature is its letters", u"o\ufb03ce"_qs, u"office"_qs, {u"o\ufb03ce"_qs});
     row("part of a ligature marks it whole", u"o\ufb03ce"_qs, u"of"_qs, {u"o\ufb03"_qs});
+    row("a ligature is one hit, however often it matches", u"o\ufb03ce f"_qs, u"f"_qs,
+        {u"\ufb03"_qs, u"f"_qs});
     row("sharp s is two", u"Stra\u00dfe"_qs, u"STRASSE"_qs, {u"Stra\u00dfe"_qs});
     row("typed quotes find printed ones", u"O\u2019Neill"_qs, u"o'neill"_qs, {u"O\u2019Neill"_qs});
     row("dashes are one sign", u"9\u201311"_qs, u"9-11"_qs, {u"9\u201311"_qs});
@@ -114,6 +120,7 @@ void tst_preview_search::textsAreFound_data()
     row("a fixed blank is a blank", u"Dr.\u00a0Brook"_qs, u"dr. brook"_qs, {u"Dr.\u00a0Brook"_qs});
     row("blanks in a row are one", u"North   Clinic"_qs, u"north clinic"_qs,
         {u"North   Clinic"_qs});
+    row("blanks around count", u"North Clinic, Northern"_qs, u" clinic"_qs, {u" Clinic"_qs});
     row("a forced line break is a blank", u"North\nClinic"_qs, u"north clinic"_qs,
         {u"North\nClinic"_qs});
     row("a broken line goes on", wrapped, u"word last of all word"_qs,
@@ -153,6 +160,86 @@ void tst_preview_search::hitsAgreeWithAPlainSearch()
             ++expected;
         QCOMPARE(hitsIn(document, needle).size(), expected);
     }
+}
+
+/// Text of letters that search folds in every way, most of it plain; a long plain stretch is looked
+/// at many letters at a time.
+static QString someText(QRandomGenerator &random, bool keepsLength)
+{
+    const QStringList pieces{u"an"_qs, u"A"_qs, u"n"_qs, u" "_qs, u"na "_qs, u"\u00e4"_qs,
+        u"\u0410n"_qs, u"\u00a0b"_qs, u"Nan, a bandana and an anorak."_qs, u"xyz"_qs, u"\ufb01"_qs,
+        u"\u00df"_qs, u"a\u0308"_qs, u"\u00ad"_qs, u"  "_qs, u"\U0001F600"_qs};
+    QString text;
+    for (int i = random.bounded(60); i >= 0; --i)
+        text += pieces[random.bounded(keepsLength ? 10 : int(pieces.size()))];
+    return keepsLength ? text.replace(QRegularExpression(u"[ \u00a0]+"_qs), u" "_qs) : text;
+}
+
+/// What folding a whole page letter by letter finds.
+static std::vector<TextStretch> hitsInFolded(
+    const Page &page, const QString &needle, CaseRule rule, const SearchFolding &folding)
+{
+    const SearchFolding::Folded folded = folding.fold(page.text, rule);
+    const std::u16string pattern = folding.fold(needle, rule).text;
+    std::vector<TextStretch> hits;
+    for (size_t at = folded.text.find(pattern); at != std::u16string::npos;
+         at = folded.text.find(pattern, at)) {
+        const size_t last = at + pattern.size() - 1;
+        const TextStretch hit{
+            folded.origins[at], std::max(folded.origins[last + 1], folded.origins[last] + 1)};
+        ++at;
+        if (!isWithinOneCell(page, hit))
+            continue;
+        hits.push_back(hit);
+        while (folded.origins[at] < hit.end)
+            ++at;
+    }
+    return hits;
+}
+
+void tst_preview_search::everyPathFindsTheSame()
+{
+    QRandomGenerator random(20'000);
+    const SearchFolding folding;
+    qsizetype found = 0;
+    for (int round = 0; round < 18; ++round) {
+        test::ReportFixture report;
+        for (int i = 0; i < 20; ++i) {
+            const bool keeps = round % 3 > 0;
+            report.paragraph(someText(random, keeps))
+                .row(someText(random, keeps) + u'|' + someText(random, keeps) + u"|an"_qs);
+        }
+        const DocumentPtr document = report.finish();
+        DocumentSearch search;
+        search.setDocument(document);
+        for (const QString &needle : {u"an"_qs, u"n"_qs, u"AN"_qs, u"na n"_qs, u"\u00e4n"_qs,
+                 u"n "_qs, u"bandana and an"_qs, u"\u0430"_qs, u"fi"_qs, u"ss"_qs}) {
+            for (const CaseRule rule : {CaseRule::Ignore, CaseRule::Match}) {
+                search.start(needle, rule, 0);
+                search.finish();
+                for (int page = 0; page < document->pageCount(); ++page) {
+                    const std::vector<TextStretch> expected
+                        = hitsInFolded(document->pages[size_t(page)], needle, rule, folding);
+                    found += qsizetype(expected.size());
+                    QCOMPARE(search.hitsOn(page), expected);
+                }
+            }
+        }
+    }
+    QVERIFY(found > 30'000);
+}
+
+/// What stands on every page would drown what is looked for.
+void tst_preview_search::headersAndFootersAreNotSearched()
+{
+    const std::shared_ptr<Document> document = test::ReportFixture()
+                                                   .paragraph(u"North Clinic"_qs)
+                                                   .paragraph(u"Balances of the clinic"_qs)
+                                                   .paragraph(u"Clinic, page 1"_qs)
+                                                   .finish();
+    document->pages[0].blocks[0].kind = BlockKind::Furniture;
+    document->pages[0].blocks[2].kind = BlockKind::Furniture;
+    QCOMPARE(hitsIn(document, u"clinic"_qs), QStringList{u"clinic"_qs});
 }
 
 void tst_preview_search::theNextHitGoesRoundTheEnd()
@@ -204,8 +291,12 @@ void tst_preview_search::typingFindsAndKeysStep()
     QCOMPARE(window.state(), QStringLiteral("10 of 41"));
     QTest::mouseClick(window.button("findNext"), Qt::LeftButton);
     QCOMPARE(window.state(), QStringLiteral("11 of 41"));
+    window.preview->viewport()->grab();
+    QCOMPARE(window.preview->lastPaint().marks, 1);
     QTest::keyClick(window.box(), Qt::Key_Escape);
     QCOMPARE(window.state(), QString());
+    window.preview->viewport()->grab();
+    QCOMPARE(window.preview->lastPaint().marks, 0);
     QVERIFY(window.preview->hasFocus());
     QVERIFY(!window.button("findNext")->isEnabled());
 }

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void draggingBeyondTheEdgeScrolls();
     void clicksSelectWordsAndLines();
     void keysSelectAndCopy();
+    void headersAndFootersStayBehind();
     void handsMoveThePaper_data();
     void handsMoveThePaper();
     void pinchingZooms();
@@ -219,6 +220,41 @@ void tst_preview_selection::keysSelectAndCopy()
     QCOMPARE(lines.size(), 122);
     QCOMPARE(lines.filter(u"Amount"_qs).size(), 1);
     QCOMPARE(lines.last(), u"Abbott 119\tNorth\t12.50"_qs);
+}
+
+void tst_preview_selection::headersAndFootersStayBehind()
+{
+    test::ReportFixture report;
+    for (const QString &page : {u"1"_qs, u"2"_qs}) {
+        report.paragraph(u"North Clinic"_qs)
+            .heading(u"Name|City|Amount"_qs)
+            .row(u"Abbott "_qs + page + u"|North|12.50"_qs)
+            .paragraph(u"Leaf "_qs + page);
+        if (page == u"1"_qs)
+            report.newPage();
+    }
+    const std::shared_ptr<Document> document = report.finish();
+    for (Page &page : document->pages)
+        page.blocks.front().kind = page.blocks.back().kind = BlockKind::Furniture;
+    View view(document);
+    QTest::keyClick(&view.preview, Qt::Key_A, Qt::ControlModifier);
+    // The heading behind a page's header only repeats the one before.
+    QCOMPARE(
+        view.copied(), u"Name\tCity\tAmount\nAbbott 1\tNorth\t12.50\nAbbott 2\tNorth\t12.50"_qs);
+    // What is not copied is not marked.
+    view.preview.setZoomMode(ZoomMode::WholePage);
+    view.paper()->grab();
+    QCOMPARE(view.preview.lastPaint().pages, 1);
+    QCOMPARE(view.preview.lastPaint().marks, 6);
+
+    // Marked alone it is what the user wants.
+    view.preview.setZoomPercent(100);
+    view.drag(view.at(u"North Clinic"_qs, 0.01), view.at(u"North Clinic"_qs, 0.99));
+    QCOMPARE(view.copied(), u"North Clinic"_qs);
+    QTest::mouseDClick(view.paper(), Qt::LeftButton, {}, view.at(u"Leaf"_qs));
+    QCOMPARE(view.copied(), u"Leaf"_qs);
+    view.paper()->grab();
+    QCOMPARE(view.preview.lastPaint().marks, 1);
 }
 
 void tst_preview_selection::handsMoveThePaper_data()

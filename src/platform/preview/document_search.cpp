@@ -6,23 +6,6 @@
 
 namespace corvane {
 
-namespace {
-
-/// Pages lie all over the memory: waiting for one after the other takes longer than searching them.
-void fetchAhead(const QString &text)
-{
-#if defined(__GNUC__)
-    constexpr qsizetype kLine = 64;
-    const auto *bytes = reinterpret_cast<const char *>(text.constData());
-    for (qsizetype at = 0; at < text.size() * qsizetype(sizeof(QChar)); at += kLine)
-        __builtin_prefetch(bytes + at);
-#else
-    Q_UNUSED(text);
-#endif
-}
-
-} // namespace
-
 /// Steps through the matches on one page.
 class DocumentSearch::Scan
 {
@@ -52,43 +35,21 @@ public:
 private:
     std::optional<TextStretch> nextMatch()
     {
-        const auto length = quint32(m_search.m_pattern.size());
-        if (m_keepsLength) {
-            const CaseRule rule = m_search.m_rule;
-            const auto *text = reinterpret_cast<const char16_t *>(m_page.text.utf16());
-            if (!find(quint32(m_page.text.size()),
-                    [&](quint32 at) { return m_folding.letter(text[at], rule); }))
-                return std::nullopt;
-            return TextStretch{m_matchedAt, m_matchedAt + length};
-        }
-        const std::vector<quint32> &origins = m_folded.origins;
-        if (!find(quint32(m_folded.text.size()), [&](quint32 at) { return m_folded.text[at]; }))
+        const SearchNeedle &needle = m_search.m_needle;
+        m_matchedAt = m_keepsLength ? needle.findIn(m_page.text, m_position, m_folding)
+                                    : needle.findInFolded(m_folded.text, m_position);
+        if (m_matchedAt < 0)
             return std::nullopt;
-        // Of a ligature's letters the first may match alone: the whole ligature is marked.
+        m_position = m_matchedAt + needle.size();
+        if (m_keepsLength)
+            return TextStretch{quint32(m_matchedAt), quint32(m_position)};
+        // Of a ligature's letters the first may match alone: the whole ligature is marked, once.
+        const std::vector<quint32> &origins = m_folded.origins;
         const quint32 end
-            = std::max(origins[m_matchedAt + length], origins[m_matchedAt + length - 1] + 1);
-        return TextStretch{origins[m_matchedAt], end};
-    }
-
-    template <typename LetterAt> bool find(quint32 size, LetterAt letterAt)
-    {
-        const std::u16string &pattern = m_search.m_pattern;
-        const auto last = quint32(pattern.size() - 1);
-        for (quint32 at = m_position; at + last < size;) {
-            const char16_t c = letterAt(at + last);
-            if (c == pattern[last]) {
-                quint32 i = 0;
-                while (i < last && letterAt(at + i) == pattern[i])
-                    ++i;
-                if (i == last) {
-                    m_matchedAt = at;
-                    m_position = at + last + 1;
-                    return true;
-                }
-            }
-            at += m_search.m_skips[c & 0xff];
-        }
-        return false;
+            = std::max(origins[size_t(m_position)], origins[size_t(m_position) - 1] + 1);
+        while (origins[size_t(m_position)] < end)
+            ++m_position;
+        return TextStretch{origins[size_t(m_matchedAt)], end};
     }
 
     const DocumentSearch &m_search;
@@ -96,8 +57,8 @@ private:
     const SearchFolding &m_folding;
     bool m_keepsLength;
     SearchFolding::Folded m_folded;
-    quint32 m_position = 0;
-    quint32 m_matchedAt = 0;
+    qsizetype m_position = 0;
+    qsizetype m_matchedAt = 0;
 };
 
 void DocumentSearch::setDocument(DocumentPtr document)
@@ -111,17 +72,12 @@ void DocumentSearch::setDocument(DocumentPtr document)
 void DocumentSearch::start(const QString &text, CaseRule rule, int fromPage)
 {
     m_rule = rule;
-    m_pattern = m_folding.fold(text, rule).text;
-    if (m_pattern == u" ")
-        m_pattern.clear();
+    m_needle = SearchNeedle(m_folding.fold(text, rule).text, rule);
     m_counts.assign(m_document ? m_document->pages.size() : 0, 0);
     m_startPage = std::max(0, fromPage);
     m_firstPage = -1;
     m_hitCount = 0;
-    m_done = m_pattern.empty() ? int(m_counts.size()) : 0;
-    m_skips.fill(quint32(m_pattern.size()));
-    for (size_t i = 0; i + 1 < m_pattern.size(); ++i)
-        m_skips[m_pattern[i] & 0xff] = quint32(m_pattern.size() - 1 - i);
+    m_done = m_needle.isEmpty() ? int(m_counts.size()) : 0;
 }
 
 void DocumentSearch::work(qsizetype letters)
@@ -130,7 +86,6 @@ void DocumentSearch::work(qsizetype letters)
     for (; letters > 0 && m_done < pages; ++m_done) {
         const int page = (m_startPage + m_done) % pages;
         letters -= m_document->pages[size_t(page)].text.size() + 1;
-        fetchAhead(m_document->pages[size_t((page + 1) % pages)].text);
         const qsizetype count = countOn(page);
         m_counts[size_t(page)] = quint32(count);
         m_hitCount += count;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/preview/page_text.h"
-#include "platform/preview/search_folding.h"
+#include "platform/preview/search_needle.h"
 
 #include <optional>
 
@@ -28,7 +28,7 @@ public:
     void start(const QString &text, CaseRule rule, int fromPage);
 
     /// Whether there is anything to search for.
-    bool isActive() const { return !m_pattern.empty() && !m_counts.empty(); }
+    bool isActive() const { return !m_needle.isEmpty() && !m_counts.empty(); }
     bool isFinished() const { return m_done == int(m_counts.size()); }
     /// Searches on, through about so many letters.
     void work(qsizetype letters);
@@ -60,8 +60,7 @@ private:
     CaseRule m_rule = CaseRule::Ignore;
     SearchFolding m_folding;
     std::vector<PageKind> m_kinds; ///< found once per document
-    std::u16string m_pattern; ///< folded
-    std::array<quint32, 256> m_skips{}; ///< by a letter's low byte (Horspool 1980)
+    SearchNeedle m_needle;
     std::vector<quint32> m_counts; ///< hits by page
     int m_startPage = 0;
     int m_done = 0; ///< pages, counted from m_startPage round the end

@@ -82,15 +82,20 @@ bool isWithinOneCell(const Page &page, TextStretch stretch)
         return block.firstRun < page.runs.size() ? page.runs[block.firstRun].textStart
                                                  : quint32(page.text.size());
     };
-    const auto after = std::ranges::upper_bound(page.blocks, stretch.begin, {}, startOf);
+    // Rows are of about the same length: guessing meets less memory than halving.
+    const size_t count = page.blocks.size();
+    auto block = size_t(quint64(stretch.begin) * count / size_t(page.text.size()));
+    while (block > 0 && startOf(page.blocks[block]) > stretch.begin)
+        --block;
+    while (block + 1 < count && startOf(page.blocks[block + 1]) <= stretch.begin)
+        ++block;
     // A block whose line runs both ways need not begin with its first letters: it may be the next
     // one too.
-    auto block = size_t(after - page.blocks.begin()) - (after == page.blocks.begin() ? 0 : 1);
     for (int looked = 0; looked < 2 && block < page.blocks.size(); ++block) {
         const std::span<const TextRun> runs = page.blockRuns(block);
         looked += runs.empty() ? 0 : 1;
         if (holdsInOneCell(runs, stretch))
-            return true;
+            return page.blocks[block].kind != BlockKind::Furniture;
     }
     return false;
 }

@@ -31,7 +31,8 @@ struct Cell
 
 /// The cells of a page in reading order; those without letters are left out.
 void cellsOf(const Page &page, std::vector<Cell> &cells);
-/// Whether letters stand in one cell; does not look at the whole page.
+/// Whether letters stand in one cell of the page's body, not in its own header or footer; does not
+/// look at the whole page.
 bool isWithinOneCell(const Page &page, TextStretch stretch);
 
 /// Where the letters of one page stand. Points and areas are twips from the paper's upper left

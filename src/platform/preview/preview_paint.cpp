@@ -69,14 +69,15 @@ void Preview::paintSheet(QPainter &painter, int page, const QRect &exposed)
 
 void Preview::paintMarksOn(QPainter &painter, int page)
 {
-    const TextStretch selected = m_selection.on(*m_document, page);
+    const std::vector<TextStretch> selected
+        = copiedLetters(*m_document, m_selection.begin(), m_selection.end(), page);
     const std::vector<TextStretch> hits = m_finder->hitsOn(page);
-    if (selected.isEmpty() && hits.empty())
+    if (selected.empty() && hits.empty())
         return;
     const PageText text(*m_document, page);
     const double scale = m_layout.pixelsPerTwip();
-    if (!selected.isEmpty())
-        m_lastPaint.marks += paintMarks(painter, text, selected, scale, kSelectionTint);
+    for (const TextStretch stretch : selected)
+        m_lastPaint.marks += paintMarks(painter, text, stretch, scale, kSelectionTint);
     const std::optional<SearchHit> &current = m_finder->currentHit();
     for (const TextStretch &hit : hits) {
         const bool isCurrent = current && current->page == page && current->text == hit;

@@ -29,9 +29,6 @@ public:
     bool isStarted() const { return m_isStarted; }
     LetterPlace begin() const { return std::min(m_first.begin, m_last.begin); }
     LetterPlace end() const { return std::max(m_first.end, m_last.end); }
-    /// What of a page's text is marked.
-    TextStretch on(const Document &document, int page) const;
-
     /// Selecting by words or lines, a place is the letter behind it.
     void start(const Document &document, LetterPlace place, SelectBy by);
     void extendTo(const Document &document, LetterPlace place);
@@ -52,9 +49,14 @@ private:
     Range m_last;
 };
 
+/// What of a page's text a copy of the letters between two places takes: all of it but the page's
+/// own header and footer, unless nothing else is marked.
+std::vector<TextStretch> copiedLetters(
+    const Document &document, LetterPlace begin, LetterPlace end, int page);
+
 /// The letters between two places as a sheet takes them: a line per paragraph or table row, cells
 /// separated by tabs. Of several rows each keeps its columns; a heading row that a page break only
-/// repeats comes once.
+/// repeats comes once. Headers and footers of pages are left out as in copiedLetters().
 QString textForCopying(const Document &document, LetterPlace begin, LetterPlace end);
 
 } // namespace corvane
