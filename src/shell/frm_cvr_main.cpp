@@ -23,8 +23,8 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
+#include <QtCore/QUrl>
 #include <QtGui/QCloseEvent>
-#include <QtGui/QDesktopServices>
 #include <QtGui/QDropEvent>
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
@@ -317,8 +317,8 @@ void frmCVRMain::showNotes(const QStringList &notes)
 
 void frmCVRMain::openAddress(const QUrl &address)
 {
-    if (!QDesktopServices::openUrl(address))
-        m_desktop.message(tr("%1\ncould not be opened: the system has no program for such addresses.").arg(address.toDisplayString()),
+    if (!m_desktop.openAddress(address))
+        m_desktop.message(tr("%1\ncould not be opened: the system has no program for such addresses. A right click on the link copies its address.").arg(address.toDisplayString()),
             MessageFlags::Exclamation, kTitle);
 }
 

@@ -22,6 +22,7 @@ public:
     QString saveFile(const SaveFileRequest &request) override;
     bool printDialog(QPrinter &printer, int pageCount) override;
     int openDocument(const QString &path) override { return m_desktop.openDocument(path); }
+    bool openAddress(const QUrl &address) override { return m_desktop.openAddress(address); }
 
 private:
     Desktop &m_desktop;

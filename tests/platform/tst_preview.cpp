@@ -30,6 +30,9 @@ private Q_SLOTS:
     void resizingKeepsThePlace();
     void theWheelZoomsAroundThePointer();
     void zoomKeysStepAndStop();
+    void aJumpCanBeTakenBack();
+    void theBoxesGiveTheKeysBack();
+    void theWheelDoesNotZoomInPassing();
     void zoomTextsAreRead_data();
     void zoomTextsAreRead();
     void thePageBoxGoesToPages_data();
@@ -302,6 +305,89 @@ void tst_preview::theWheelZoomsAroundThePointer()
     turn(-1, Qt::NoModifier);
     QVERIFY(window.top() > top);
     QCOMPARE(window.preview->zoomPercent(), 100.0);
+
+    window.preview->setZoomPercent(300);
+    Window::settle();
+    const int left = window.preview->horizontalScrollBar()->value();
+    const int height = window.top();
+    turn(-1, Qt::ShiftModifier);
+    QVERIFY(window.preview->horizontalScrollBar()->value() > left);
+    QCOMPARE(window.top(), height);
+}
+
+void tst_preview::aJumpCanBeTakenBack()
+{
+    Window window;
+    window.preview->setZoomPercent(100);
+    const auto press = [&](Qt::Key key) { QTest::keyClick(window.preview, key, Qt::AltModifier); };
+    press(Qt::Key_Left);
+    QCOMPARE(window.top(), 0);
+    window.preview->goToPage(1); // leafing is no jump
+    window.preview->verticalScrollBar()->setValue(window.top() + 333);
+    const int start = window.top();
+    QVERIFY(!window.preview->action(PreviewCommand::Back)->isEnabled());
+    window.preview->goToPage(30);
+    QTest::keyClick(window.preview, Qt::Key_End, Qt::ControlModifier);
+    press(Qt::Key_Left);
+    QCOMPARE(window.preview->currentPage(), 30);
+    press(Qt::Key_Left);
+    QCOMPARE(window.top(), start);
+    press(Qt::Key_Right);
+    QCOMPARE(window.preview->currentPage(), 30);
+    // The spot is the same at another scale, and pages alone are found again too.
+    window.preview->setViewMode(ViewMode::SinglePage);
+    window.preview->setZoomPercent(200);
+    press(Qt::Key_Left);
+    QCOMPARE(window.preview->currentPage(), 1);
+    QVERIFY(qAbs(window.top() - 2 * (start - window.pagePitch() / 2)) < window.preview->viewport()->height());
+    window.preview->goToPage(20); // another way on forgets what was ahead
+    QVERIFY(!window.preview->action(PreviewCommand::Forward)->isEnabled());
+    window.preview->setDocument(test::pagesOfText(5));
+    QVERIFY(!window.preview->action(PreviewCommand::Back)->isEnabled());
+}
+
+/// After a page or a size is entered, or given up with Escape, the keys scroll again.
+void tst_preview::theBoxesGiveTheKeysBack()
+{
+    Window window;
+    auto *page = window.find<QLineEdit>("pageBox");
+    QLineEdit *zoom = window.find<QComboBox>("zoomBox")->lineEdit();
+    for (QLineEdit *box : {page, zoom}) {
+        const QString before = box->text();
+        box->setFocus();
+        box->selectAll();
+        QTest::keyClicks(box, QStringLiteral("33"));
+        QTest::keyClick(box, Qt::Key_Escape);
+        QCOMPARE(box->text(), before);
+        QVERIFY(window.preview->hasFocus());
+    }
+    QCOMPARE(window.preview->currentPage(), 0);
+    zoom->setFocus();
+    zoom->selectAll();
+    QTest::keyClicks(zoom, QStringLiteral("66"));
+    QTest::keyClick(zoom, Qt::Key_Return);
+    QCOMPARE(window.preview->zoomPercent(), 66.0);
+    QVERIFY(window.preview->hasFocus());
+    auto *box = window.find<QComboBox>("zoomBox");
+    box->setFocus();
+    box->showPopup();
+    QTest::keyClick(box->view(), Qt::Key_Home);
+    QTest::keyClick(box->view(), Qt::Key_Return);
+    QCOMPARE(window.preview->zoomMode(), ZoomMode::PageWidth);
+    QTRY_COMPARE(window.widget.focusWidget(), window.preview); // the window itself may not be active again yet
+}
+
+void tst_preview::theWheelDoesNotZoomInPassing()
+{
+    Window window;
+    auto *box = window.find<QComboBox>("zoomBox");
+    const QPointF at = QRectF(box->rect()).center();
+    QWheelEvent turn(at, box->mapToGlobal(at), {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(box, &turn);
+    QCOMPARE(window.preview->zoomMode(), ZoomMode::PageWidth);
+    box->setFocus();
+    QApplication::sendEvent(box, &turn);
+    QVERIFY(window.preview->zoomMode() != ZoomMode::PageWidth);
 }
 
 void tst_preview::zoomKeysStepAndStop()
@@ -317,6 +403,13 @@ void tst_preview::zoomKeysStepAndStop()
     QTest::keyClick(window.find<QLineEdit>("pageBox"), Qt::Key_Equal, Qt::ControlModifier);
     QCOMPARE(window.preview->zoomPercent(), 125.0);
     QTest::keyClick(window.preview, Qt::Key_0, Qt::ControlModifier);
+    QCOMPARE(window.preview->zoomPercent(), 100.0);
+    // On the paper no Ctrl is needed; in a box the same keys are letters.
+    QTest::keyClick(window.preview, Qt::Key_Plus);
+    QCOMPARE(window.preview->zoomPercent(), 125.0);
+    QTest::keyClick(window.preview, Qt::Key_Minus);
+    QCOMPARE(window.preview->zoomPercent(), 100.0);
+    QTest::keyClick(window.find<QLineEdit>("pageBox"), Qt::Key_Minus);
     QCOMPARE(window.preview->zoomPercent(), 100.0);
     for (int i = 0; i < 20; ++i)
         window.preview->zoomIn();

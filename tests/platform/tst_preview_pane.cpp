@@ -12,6 +12,7 @@
 #include <QtCore/QFile>
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QTabWidget>
@@ -36,6 +37,8 @@ private Q_SLOTS:
     void everyKeyOfTheTableWorks();
     void everyControlSaysWhatItIs();
     void theTabKeyReachesEveryControl();
+    void theFocusOnThePaperShows();
+    void searchingOnBeyondAnEndIsTold();
     void lettersStaySharpOnFineScreens_data();
     void lettersStaySharpOnFineScreens();
 };
@@ -207,8 +210,11 @@ void tst_preview_pane::settingsAreKept()
                 ViewSettings().sideWidth}));
     }
     QSettings store(file, QSettings::IniFormat);
-    for (const QString &key : store.allKeys())
-        QVERIFY2(key.startsWith(u"Preview/"), qPrintable(key));
+    QStringList keys = store.allKeys(); // nothing of any report among them
+    keys.sort();
+    QCOMPARE(keys.join(u' '),
+        u"Preview/sidePanel Preview/sideTab Preview/sideWidth Preview/viewMode Preview/zoomMode "
+        "Preview/zoomPercent"_qs);
     Pane window(DocumentPtr{});
     window.pane.keepViewSettings(store);
     QCOMPARE(window.pane.viewSettings(), chosen);
@@ -257,6 +263,9 @@ void tst_preview_pane::everyKeyOfTheTableWorks()
         QSignalSpy triggered(action, &QAction::triggered);
         window.preview().setFocus();
         window.preview().goToPage(2);
+        window.preview().goToPage(0);
+        window.preview().action(PreviewCommand::Back)->trigger(); // so both ways are open
+        triggered.clear();
         const QKeyCombination key
             = QKeySequence(table[qsizetype(i)].keys, QKeySequence::NativeText)[0];
         QTest::keyClick(&window.preview(), key.key(), key.keyboardModifiers());
@@ -285,6 +294,15 @@ void tst_preview_pane::everyControlSaysWhatItIs()
         QVERIFY2(said && said->role() != QAccessible::NoRole, qPrintable(what));
         QVERIFY2(!said->text(QAccessible::Name).isEmpty(), qPrintable(what));
     }
+    const std::pair<const char *, QAccessible::Role> roles[]{{"pageBox", QAccessible::EditableText},
+        {"zoomBox", QAccessible::ComboBox}, {"findBox", QAccessible::EditableText},
+        {"matchCase", QAccessible::CheckBox}, {"findNext", QAccessible::Button},
+        {"findState", QAccessible::StaticText}, {"outline", QAccessible::Tree},
+        {"thumbnails", QAccessible::List}};
+    for (const auto &[name, role] : roles) {
+        auto *control = window.pane.findChild<QWidget *>(QLatin1StringView(name));
+        QVERIFY2(QAccessible::queryAccessibleInterface(control)->role() == role, name);
+    }
     QAccessibleInterface *page = QAccessible::queryAccessibleInterface(&window.preview());
     QCOMPARE(page->role(), QAccessible::Document);
     QVERIFY(page->text(QAccessible::Value).startsWith(u"North\n"_qs));
@@ -308,6 +326,39 @@ void tst_preview_pane::theTabKeyReachesEveryControl()
     QVERIFY2(order.indexOf(u"pageBox"_qs) < order.indexOf(u"zoomBox"_qs)
             && order.indexOf(u"zoomBox"_qs) < order.indexOf(u"findBox"_qs),
         qPrintable(order.join(u' ')));
+}
+
+void tst_preview_pane::theFocusOnThePaperShows()
+{
+    Pane window;
+    const auto line = [&] {
+        return window.pane.findChild<QWidget *>(QStringLiteral("focusLine"))->backgroundRole();
+    };
+    window.outline().setFocus();
+    QCOMPARE(line(), QPalette::Window);
+    window.preview().setFocus(Qt::TabFocusReason);
+    QCOMPARE(line(), QPalette::Highlight);
+    window.outline().setFocus();
+    window.preview().setFocus(Qt::MouseFocusReason);
+    QCOMPARE(line(), QPalette::Window);
+}
+
+void tst_preview_pane::searchingOnBeyondAnEndIsTold()
+{
+    Pane window;
+    const auto *state = window.pane.findChild<QLabel *>(QStringLiteral("findState"));
+    window.pane.findChild<QLineEdit *>(QStringLiteral("findBox"))->setText(u"Dr."_qs);
+    const auto after = [&](PreviewCommand command) {
+        window.preview().action(command)->trigger();
+        return state->text();
+    };
+    QTRY_COMPARE(state->text(), u"1 of 3"_qs);
+    const int width = window.pane.minimumSizeHint().width();
+    QCOMPARE(after(PreviewCommand::FindPrevious), u"3 of 3, from the end"_qs);
+    QCoreApplication::processEvents();
+    QCOMPARE(window.pane.minimumSizeHint().width(), width); // the window's other parts stay
+    QCOMPARE(after(PreviewCommand::FindNext), u"1 of 3, from the top"_qs);
+    QCOMPARE(after(PreviewCommand::FindNext), u"2 of 3"_qs);
 }
 
 void tst_preview_pane::lettersStaySharpOnFineScreens_data()

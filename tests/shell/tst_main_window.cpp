@@ -10,6 +10,7 @@
 #include "printing/print_server.h"
 #include "support/demo_folder.h"
 #include "support/modal_answers.h"
+#include "support/scripted_desktop.h"
 #include "support/suite.h"
 #include "support/typing.h"
 
@@ -24,6 +25,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QSplitter>
+#include <QtWidgets/QToolTip>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -188,6 +190,7 @@ private Q_SLOTS:
     void onlyTabularReportsHaveProperties();
     void helpAndAboutAreShown();
     void buttonsBearTheirCaptions();
+    void linksOpenInTheUsersPrograms();
 
 private:
     test::DemoFolder m_demo {60};
@@ -820,6 +823,32 @@ void tst_main_window::buttonsBearTheirCaptions()
         QStringLiteral("Select Patient"), QStringLiteral("Properties"), QStringLiteral("Refresh"), QStringLiteral("Save to Excel")};
     for (int index = 0; index < captions.size(); ++index)
         QCOMPARE(program.button(index)->text(), captions[index]);
+}
+
+void tst_main_window::linksOpenInTheUsersPrograms()
+{
+    Reportr state;
+    test::ScriptedDesktop desktop;
+    frmCVRMain window(state, desktop, [] { return kNow; }, QLocale::c());
+    auto *preview = window.findChild<Preview *>();
+    preview->setDocument(std::make_shared<const Document>());
+    const QList<QUrl> addresses {QUrl(QStringLiteral("https://clinic.example/a?b=1")),
+        QUrl(QStringLiteral("http://clinic.example")), QUrl(QStringLiteral("mailto:desk@clinic.example"))};
+    for (const QUrl &address : addresses)
+        preview->followLink(address.toString());
+    QCOMPARE(desktop.openedAddresses, addresses);
+    QVERIFY(desktop.messages.isEmpty());
+
+    for (const char *refused : {"file:///etc/passwd", "javascript:alert(1)", "clinic.example", "ssh://clinic.example"}) {
+        preview->followLink(QString::fromLatin1(refused));
+        QVERIFY2(QToolTip::text().contains(QLatin1StringView(refused)), qPrintable(QToolTip::text()));
+    }
+    QCOMPARE(desktop.openedAddresses, addresses);
+
+    desktop.hasBrowser = false;
+    preview->followLink(addresses[0].toString());
+    QCOMPARE(desktop.messages.size(), 1);
+    QVERIFY(desktop.messages[0].text.startsWith(addresses[0].toString()));
 }
 
 QTEST_MAIN(tst_main_window)

@@ -4,6 +4,7 @@
 
 #include <QtCore/QDebug>
 #include <QtCore/QStringList>
+#include <QtCore/QUrl>
 
 #include <deque>
 #include <functional>
@@ -28,11 +29,13 @@ public:
     /// What the user sets in print dialogs; false: cancelled.
     std::deque<std::function<bool(QPrinter &)>> printDialogs;
     int openCode = OpenCodes::Started;
+    bool hasBrowser = true;
 
     QList<Message> messages;
     QList<SaveFileRequest> saveRequests;
     QStringList openFolders; ///< initial folders of open dialogs
     QStringList openedDocuments;
+    QList<QUrl> openedAddresses;
     QList<int> printPageCounts; ///< as print dialogs were told them
 
     MessageAnswer message(const QString &text, int flags, const QString &title) override
@@ -63,6 +66,12 @@ public:
     {
         openedDocuments += path;
         return openCode;
+    }
+
+    bool openAddress(const QUrl &address) override
+    {
+        openedAddresses += address;
+        return hasBrowser;
     }
 
 private:

@@ -5,6 +5,7 @@
 #include <QtCore/QString>
 
 class QPrinter;
+class QUrl;
 
 namespace corvane {
 
@@ -35,6 +36,10 @@ public:
     /// Opens a file in the program that belongs to it and does not wait for that program.
     /// @return the shell's code: 42 started, 2 no such file, 31 no program for this kind of file, 5 failed
     virtual int openDocument(const QString &path) = 0;
+
+    /// Opens an address of the web or of mail in the user's own program for it.
+    /// @return false where the system has none
+    virtual bool openAddress(const QUrl &address) = 0;
 
     /// Shows a topic of a compiled help file by its context number in the system's own help engine.
     /// @return false where the system has none, as everywhere but on Windows

@@ -5,6 +5,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
+#include <QtGui/QDesktopServices>
 #include <QtPrintSupport/QPrintDialog>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
@@ -156,6 +157,11 @@ bool SystemDesktop::printDialog(QPrinter &printer, int pageCount)
 int SystemDesktop::openDocument(const QString &path)
 {
     return openWithItsProgram(path);
+}
+
+bool SystemDesktop::openAddress(const QUrl &address)
+{
+    return QDesktopServices::openUrl(address);
 }
 
 QWidget *SystemDesktop::dialogParent() const

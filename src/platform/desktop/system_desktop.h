@@ -20,6 +20,7 @@ public:
     QString saveFile(const SaveFileRequest &request) override;
     bool printDialog(QPrinter &printer, int pageCount) override;
     int openDocument(const QString &path) override;
+    bool openAddress(const QUrl &address) override;
 
 private:
     QWidget *dialogParent() const;

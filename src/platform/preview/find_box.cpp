@@ -11,6 +11,8 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QToolButton>
 
+#include <utility>
+
 namespace corvane {
 
 namespace {
@@ -43,6 +45,7 @@ FindBox::FindBox(Preview *preview, QWidget *parent)
     m_matchCase->setToolTip(tr("Tell capital from small letters (match case)"));
     m_matchCase->setCheckable(true);
     nameControl(m_state, QStringLiteral("findState"), tr("Search result"));
+    m_state->setMinimumWidth(1); // a longer text is not to push the report list aside
 
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
@@ -118,6 +121,21 @@ void FindBox::find()
     m_preview->finder().find(m_text->text(), rule, m_preview->currentPage());
 }
 
+/// Says so where the search went on beyond an end. Of two hits either way is the same.
+QString FindBox::hitText()
+{
+    const PreviewFinder &finder = m_preview->finder();
+    const qint64 count = finder.hitCount();
+    const qint64 number = finder.currentHit()->number;
+    const qint64 before = std::exchange(m_shownHit, number);
+    QString text = tr("%1 of %2").arg(locale().toString(number), locale().toString(count));
+    if (count > 2 && before == count && number == 1)
+        text += tr(", from the top");
+    else if (count > 2 && before == 1 && number == count)
+        text += tr(", from the end");
+    return text;
+}
+
 void FindBox::showState()
 {
     const PreviewFinder &finder = m_preview->finder();
@@ -129,10 +147,11 @@ void FindBox::showState()
     else if (finder.hitCount() == 0)
         state = tr("Not found");
     else
-        state = tr("%1 of %2")
-                    .arg(locale().toString(finder.currentHit()->number),
-                        locale().toString(finder.hitCount()));
+        state = hitText();
+    if (!finder.isActive() || !finder.isFinished())
+        m_shownHit = 0;
     m_state->setText(state);
+    m_state->setToolTip(state);
 }
 
 void FindBox::end()

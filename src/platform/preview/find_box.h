@@ -28,6 +28,7 @@ protected:
 private:
     QToolButton *addButton(const QString &objectName);
     void find();
+    QString hitText();
     void showState();
     void end();
 
@@ -35,6 +36,7 @@ private:
     QLineEdit *m_text;
     QToolButton *m_matchCase;
     QLabel *m_state;
+    qint64 m_shownHit = 0; ///< number of the hit that the label names; 0: none
 };
 
 } // namespace corvane

@@ -55,6 +55,7 @@ void Preview::setDocument(DocumentPtr document)
     m_pointer->reset();
     m_document = std::move(document);
     m_currentPage = -1;
+    m_trail.clear();
     setSelection({});
     m_layout = PreviewLayout(pages(), pixelsPerTwip(m_zoomPercent));
     {
@@ -110,12 +111,11 @@ void Preview::goToPlace(int page, Twips top)
 {
     if (page < 0 || page >= pageCount())
         return;
-    {
-        const QScopedValueRollback placing(m_placing, true);
-        setCurrentPage(page);
-        verticalScrollBar()->setValue(m_layout.pageRect(page).top()
-            + int(top.count() * m_layout.pixelsPerTwip()) - PreviewLayout::kMargin);
-    }
+    leaveFor(page);
+    const QScopedValueRollback placing(m_placing, true);
+    setCurrentPage(page);
+    verticalScrollBar()->setValue(m_layout.pageRect(page).top()
+        + int(top.count() * m_layout.pixelsPerTwip()) - PreviewLayout::kMargin);
 }
 
 void Preview::zoomIn()
@@ -275,6 +275,8 @@ void Preview::showArea(int page, const QRectF &twips)
 {
     if (m_viewMode == ViewMode::SinglePage)
         goToPage(page);
+    else
+        leaveFor(page);
     const double scale = m_layout.pixelsPerTwip();
     const QRectF area = QRectF(twips.topLeft() * scale, twips.size() * scale)
                             .translated(m_layout.pageRect(page).topLeft());
@@ -286,6 +288,31 @@ void Preview::showArea(int page, const QRectF &twips)
         origin.setX(std::min(
             area.left() - kHitMargin, std::max(area.right() + kHitMargin - view.width(), 0.0)));
     scrollTo(origin);
+}
+
+PageSpot Preview::spotShown() const
+{
+    return m_layout.spotAt(contentOrigin());
+}
+
+/// Keeps the way back of a jump; leafing to a page beside the current one is none.
+void Preview::leaveFor(int page)
+{
+    if (m_currentPage < 0 || std::abs(page - m_currentPage) <= 1)
+        return;
+    m_trail.leave(spotShown());
+    updateActions();
+}
+
+void Preview::goAlongTrail(std::optional<PageSpot> spot)
+{
+    if (!spot)
+        return;
+    const QScopedValueRollback placing(m_placing, true);
+    setCurrentPage(spot->page);
+    scrollTo(m_layout.pointOf(*spot));
+    noteVisiblePage();
+    updateActions();
 }
 
 bool Preview::isOnScreen(int page) const

@@ -5,6 +5,7 @@
 #include "platform/preview/preview_layout.h"
 #include "platform/preview/text_selection.h"
 #include "platform/preview/view_settings.h"
+#include "platform/preview/view_trail.h"
 
 #include <QtWidgets/QAbstractScrollArea>
 
@@ -133,6 +134,9 @@ private:
     QPoint contentOrigin() const;
     void scrollTo(QPointF content);
     void showArea(int page, const QRectF &twips);
+    PageSpot spotShown() const;
+    void leaveFor(int page);
+    void goAlongTrail(std::optional<PageSpot> spot);
     void setCurrentPage(int page);
     void noteVisiblePage();
     void scrollVertically(int pixels);
@@ -147,6 +151,7 @@ private:
     PagePainter m_painter;
     PreviewLayout m_layout;
     TextSelection m_selection;
+    ViewTrail m_trail;
     PreviewFinder *m_finder;
     PreviewPointer *m_pointer;
     QString m_emptyText;

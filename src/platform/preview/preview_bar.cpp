@@ -3,6 +3,8 @@
 #include "platform/preview/find_box.h"
 
 #include <QtGui/QAction>
+#include <QtGui/QKeyEvent>
+#include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QFrame>
 #include <QtWidgets/QHBoxLayout>
@@ -121,6 +123,7 @@ void PreviewBar::addPageBox(QHBoxLayout &layout)
     m_pageCount->setTextFormat(Qt::PlainText);
     layout.addWidget(m_pageBox);
     layout.addWidget(m_pageCount);
+    m_pageBox->installEventFilter(this);
     connect(m_pageBox, &QLineEdit::returnPressed, this, &PreviewBar::enterPage);
     connect(m_pageBox, &QLineEdit::editingFinished, this, &PreviewBar::showPage);
 }
@@ -141,8 +144,47 @@ void PreviewBar::addZoomBox(QHBoxLayout &layout)
         m_zoomBox->addItem(percentText(percent));
     layout.addWidget(m_zoomBox);
     connect(m_zoomBox, &QComboBox::activated, this, &PreviewBar::enterZoom);
-    connect(m_zoomBox->lineEdit(), &QLineEdit::returnPressed, this, &PreviewBar::enterZoom);
+    for (QObject *watched :
+        {static_cast<QObject *>(m_zoomBox), static_cast<QObject *>(m_zoomBox->lineEdit()),
+            static_cast<QObject *>(m_zoomBox->view())})
+        watched->installEventFilter(this);
+    connect(m_zoomBox->lineEdit(), &QLineEdit::returnPressed, this, [this] {
+        const bool isZoom = readZoom(m_zoomBox->currentText()).has_value();
+        enterZoom();
+        if (isZoom)
+            leaveBox();
+    });
     connect(m_zoomBox->lineEdit(), &QLineEdit::editingFinished, this, &PreviewBar::showZoom);
+}
+
+bool PreviewBar::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isBox = watched == m_pageBox || watched == m_zoomBox->lineEdit();
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        if (!isBox || static_cast<QKeyEvent *>(event)->key() != Qt::Key_Escape)
+            break;
+        leaveBox();
+        return true;
+    case QEvent::Wheel: // a pointer that only passes by is not to change the size
+        if (watched != m_zoomBox || m_zoomBox->hasFocus())
+            break;
+        event->ignore();
+        return true;
+    case QEvent::Hide: // the list closed; what was chosen in it is told after this
+        if (watched == m_zoomBox->view())
+            QMetaObject::invokeMethod(this, &PreviewBar::leaveBox, Qt::QueuedConnection);
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+/// Back to the paper, where keys scroll; a box whose text was not entered shows the truth again.
+void PreviewBar::leaveBox()
+{
+    m_preview->setFocus();
 }
 
 void PreviewBar::showPage()
@@ -176,7 +218,10 @@ void PreviewBar::showZoom()
 void PreviewBar::enterPage()
 {
     bool isNumber = false;
-    const int page = m_pageBox->text().trimmed().toInt(&isNumber);
+    const QString typed = m_pageBox->text().trimmed();
+    int page = typed.toInt(&isNumber);
+    if (!isNumber) // as the number of pages is written beside it
+        page = locale().toInt(typed, &isNumber);
     if (isNumber && page >= 1 && page <= m_preview->pageCount()) {
         m_preview->goToPage(page - 1);
         m_preview->setFocus();

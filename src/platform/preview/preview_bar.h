@@ -34,6 +34,9 @@ public:
     /// The preview must outlive the bar.
     explicit PreviewBar(Preview *preview, QWidget *parent = nullptr);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void addButton(QHBoxLayout &layout, Preview::Command command, const QString &objectName);
     void addPageBox(QHBoxLayout &layout);
@@ -43,6 +46,7 @@ private:
     void showZoom();
     void enterPage();
     void enterZoom();
+    void leaveBox();
 
     Preview *m_preview;
     QLineEdit *m_pageBox = nullptr;

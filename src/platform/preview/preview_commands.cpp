@@ -16,6 +16,8 @@ constexpr std::array<PreviewCommandLook, kPreviewCommandCount> kLooks{{
     {"next", "Next page", Qt::Key_PageDown, Qt::ControlModifier},
     {"last", "Last page", Qt::Key_End, Qt::ControlModifier, KeyScope::Page},
     {"go-to-page", "Go to page…", Qt::Key_G, Qt::ControlModifier},
+    {"back", "Back to where you were", Qt::Key_Left, Qt::AltModifier},
+    {"forward", "Forward again", Qt::Key_Right, Qt::AltModifier},
     {"zoom-in", "Zoom in", Qt::Key_Equal, Qt::ControlModifier, KeyScope::Window, false,
         QKeySequence::ZoomIn},
     {"zoom-out", "Zoom out", Qt::Key_Minus, Qt::ControlModifier, KeyScope::Window, false,
@@ -44,6 +46,8 @@ constexpr PlainKeys kPlainKeys[]{
     {"Up, Down, Left, Right", "Scroll a little"},
     {"Home", "Top of the page"},
     {"End", "Foot of the page"},
+    {"+, -", "Zoom in, zoom out"},
+    {"Shift+mouse wheel", "Scroll sideways"},
     {"Ctrl+mouse wheel, two fingers", "Zoom around the pointer"},
     {"Middle button and drag, Space and drag", "Move the paper by hand"},
     {"Drag", "Select text"},
@@ -51,7 +55,9 @@ constexpr PlainKeys kPlainKeys[]{
     {"Triple click", "Select a line"},
     {"Shift+click", "Extend the selection"},
     {"Enter, Shift+Enter in the search box", "Find next, find previous"},
-    {"Escape", "Clear the selection; in the search box end the search"},
+    {"Escape",
+        "Clear the selection; in the search box end the search; in the boxes for page and zoom go "
+        "back to the report"},
     {"Menu key, right click", "Menu of the page"},
 };
 

@@ -13,6 +13,8 @@ enum class PreviewCommand {
     NextPage,
     LastPage,
     GoToPage,
+    Back,
+    Forward,
     ZoomIn,
     ZoomOut,
     ActualSize,
@@ -26,7 +28,7 @@ enum class PreviewCommand {
     Copy,
     SelectAll
 };
-constexpr size_t kPreviewCommandCount = 17;
+constexpr size_t kPreviewCommandCount = 19;
 
 /// Where the keys of a command count: Page also where lists and text boxes have the same keys of
 /// their own.

@@ -12,6 +12,7 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QHelpEvent>
 #include <QtGui/QWheelEvent>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QGestureEvent>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QScrollBar>
@@ -100,6 +101,10 @@ void Preview::keyPressEvent(QKeyEvent *event)
     const int screen
         = std::max(verticalScrollBar()->singleStep(), viewport()->height() - kKeptOnPaging);
     switch (event->key()) {
+    case Qt::Key_Plus:
+        return action(Command::ZoomIn)->trigger(); // does nothing where the action is off
+    case Qt::Key_Minus:
+        return action(Command::ZoomOut)->trigger();
     case Qt::Key_PageDown:
         return scrollVertically(screen);
     case Qt::Key_PageUp:
@@ -174,6 +179,13 @@ void Preview::wheelEvent(QWheelEvent *event)
         event->accept();
         return;
     }
+    if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+        scrollBy({-turned * QApplication::wheelScrollLines() * horizontalScrollBar()->singleStep()
+                / QWheelEvent::DefaultDeltasPerStep,
+            0});
+        event->accept();
+        return;
+    }
     const int before = verticalScrollBar()->value();
     QAbstractScrollArea::wheelEvent(event);
     if (m_viewMode != ViewMode::SinglePage || verticalScrollBar()->value() != before) {
@@ -244,6 +256,8 @@ void Preview::updateActions()
     action(Command::SinglePage)->setChecked(m_viewMode == ViewMode::SinglePage);
     action(Command::FindNext)->setEnabled(m_finder->hitCount() > 0);
     action(Command::FindPrevious)->setEnabled(m_finder->hitCount() > 0);
+    action(Command::Back)->setEnabled(m_trail.canGoBack());
+    action(Command::Forward)->setEnabled(m_trail.canGoForward());
     action(Command::Copy)->setEnabled(!m_selection.isEmpty());
 }
 
@@ -258,6 +272,10 @@ void Preview::run(Command command)
         return goToPage(m_currentPage + 1);
     case Command::LastPage:
         return goToPage(pageCount() - 1);
+    case Command::Back:
+        return goAlongTrail(m_trail.back(spotShown()));
+    case Command::Forward:
+        return goAlongTrail(m_trail.forward(spotShown()));
     case Command::ZoomIn:
         return zoomIn();
     case Command::ZoomOut:
@@ -301,7 +319,8 @@ void Preview::fillMenu(QMenu &menu, const QString &link)
     }
     using enum PreviewCommand;
     for (const std::initializer_list<Command> group :
-        {std::initializer_list<Command>{Copy, SelectAll, Find}, {PreviousPage, NextPage, GoToPage},
+        {std::initializer_list<Command>{Copy, SelectAll, Find},
+            {PreviousPage, NextPage, GoToPage, Back, Forward},
             {ZoomIn, ZoomOut, ActualSize, WholePage, PageWidth}, {SinglePage, SidePanel}}) {
         for (const Command command : group)
             menu.addAction(action(command));

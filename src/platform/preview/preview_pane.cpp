@@ -5,10 +5,17 @@
 #include "platform/preview/side_panel.h"
 
 #include <QtGui/QAction>
+#include <QtGui/QFocusEvent>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QVBoxLayout>
 
 namespace corvane {
+
+namespace {
+
+constexpr int kFocusLine = 2; ///< pixels
+
+} // namespace
 
 PreviewPane::PreviewPane(QWidget *parent)
     : QWidget(parent)
@@ -20,7 +27,7 @@ PreviewPane::PreviewPane(QWidget *parent)
     m_splitter->setObjectName(QStringLiteral("sideSplitter"));
     m_splitter->setChildrenCollapsible(false);
     m_splitter->addWidget(m_side);
-    m_splitter->addWidget(m_preview);
+    m_splitter->addWidget(withFocusLine());
     m_splitter->setStretchFactor(1, 1);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins({});
@@ -39,6 +46,36 @@ PreviewPane::PreviewPane(QWidget *parent)
     connect(m_preview, &Preview::viewModeChanged, this, &PreviewPane::keep);
     connect(m_side, &SidePanel::tabChosen, this, &PreviewPane::keep);
     showSidePanel();
+}
+
+/// The paper, under a line that shows where keys go once it was reached by them.
+QWidget *PreviewPane::withFocusLine()
+{
+    auto *framed = new QWidget;
+    m_focusLine = new QWidget(framed);
+    m_focusLine->setObjectName(QStringLiteral("focusLine"));
+    m_focusLine->setFixedHeight(kFocusLine);
+    m_focusLine->setAutoFillBackground(true);
+    m_focusLine->setBackgroundRole(QPalette::Window);
+    auto *column = new QVBoxLayout(framed);
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    column->addWidget(m_focusLine);
+    column->addWidget(m_preview, 1);
+    m_preview->installEventFilter(this);
+    return framed;
+}
+
+bool PreviewPane::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        const bool isByKey = event->type() == QEvent::FocusIn && reason != Qt::MouseFocusReason;
+        // Menus and other windows only borrow the focus.
+        if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason)
+            m_focusLine->setBackgroundRole(isByKey ? QPalette::Highlight : QPalette::Window);
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 ViewSettings PreviewPane::viewSettings() const

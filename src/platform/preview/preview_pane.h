@@ -28,13 +28,18 @@ public:
     /// Takes the settings from a store, which must outlive the pane, and writes every change to it.
     void keepViewSettings(QSettings &store);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    QWidget *withFocusLine();
     void showSidePanel();
     void toggleSidePanel(bool on);
     void keep();
 
     Preview *m_preview;
     QSplitter *m_splitter;
+    QWidget *m_focusLine = nullptr;
     SidePanel *m_side;
     QSettings *m_store = nullptr;
     ViewSettings m_kept; ///< as the store has them
