@@ -15,7 +15,7 @@ namespace corvane {
 
 namespace {
 
-constexpr qint64 kLargeFile = 1024 * 1024;
+constexpr qint64 kLargeFile = qint64(1024) * 1024;
 constexpr qint64 kLargestFile = 64 * kLargeFile;
 
 QString megabytes(qint64 bytes)
