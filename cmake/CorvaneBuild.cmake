@@ -32,8 +32,10 @@ if(CORVANE_WARNINGS_FATAL)
   target_compile_options(corvane_options INTERFACE -Werror)
 endif()
 if(CORVANE_SANITIZE)
+  # The libraries' own assertions belong to it: an index out of range in a container ends the program too.
   target_compile_options(corvane_options INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_definitions(corvane_options INTERFACE _GLIBCXX_ASSERTIONS QT_FORCE_ASSERTS)
   target_link_options(corvane_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(CORVANE_COVERAGE)

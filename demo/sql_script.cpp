@@ -63,7 +63,7 @@ QByteArray literal(sqlite3_stmt *row, int column)
     const QByteArray declared(sqlite3_column_decltype(row, column));
     if (declared.startsWith("decimal"))
         return QByteArray::number(sqlite3_column_double(row, column), 'f', 2);
-    const QByteArray value = text(row, column);
+    QByteArray value = text(row, column);
     if (declared == "datetime")
         return '\'' + value.left(10) + 'T' + (value.size() > 11 ? value.mid(11) : "00:00:00")
             + '\'';

@@ -29,7 +29,7 @@ QScrollArea *scrolling(QWidget *content)
 
 } // namespace
 
-frmRptrParams::frmRptrParams(const ParametersClause &clause, int dateOrder, std::function<QDate()> today, QWidget *parent)
+frmRptrParams::frmRptrParams(const ParametersClause &clause, int dateOrder, const std::function<QDate()> &today, QWidget *parent)
     : QDialog(parent)
     , m_order(dateOrderOf(dateOrder))
     , cmdok(new QPushButton(tr("&OK")))

@@ -17,7 +17,7 @@ class frmRptrParams : public QDialog
     Q_OBJECT
 
 public:
-    frmRptrParams(const ParametersClause &clause, int dateOrder, std::function<QDate()> today, QWidget *parent);
+    frmRptrParams(const ParametersClause &clause, int dateOrder, const std::function<QDate()> &today, QWidget *parent);
 
     /// What was accepted; nothing before "OK" and after "Cancel".
     const std::optional<ParameterAnswers> &answers() const { return m_answers; }

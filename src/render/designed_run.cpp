@@ -122,7 +122,7 @@ void DesignedRun::runProcedure(const QString &name)
 
 QString DesignedRun::storedRecordSource()
 {
-    const QString stored = VSRpt.dataSource().recordSource;
+    QString stored = VSRpt.dataSource().recordSource;
     if (!m_state.commandLine.contains(QLatin1StringView("RecSrcTrue")))
         return stored;
     const DateOrder order = dateOrderOf(m_state.gDateOrder);

@@ -19,11 +19,11 @@ const QString kTitle = QStringLiteral("Corvane");
 
 } // namespace
 
-ReportRun::ReportRun(Reportr &state, ReportHost &host, ParameterDialogs &dialogs, QLocale locale)
+ReportRun::ReportRun(Reportr &state, ReportHost &host, ParameterDialogs &dialogs, const QLocale &locale)
     : m_state(state)
     , m_host(host)
     , m_dialogs(dialogs)
-    , m_locale(std::move(locale))
+    , m_locale(locale)
     , m_style(cellStyle(m_locale))
     , m_designed(state, host, dialogs)
 {

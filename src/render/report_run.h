@@ -30,7 +30,7 @@ enum class RunResult {
 class ReportRun
 {
 public:
-    ReportRun(Reportr &state, ReportHost &host, ParameterDialogs &dialogs, QLocale locale);
+    ReportRun(Reportr &state, ReportHost &host, ParameterDialogs &dialogs, const QLocale &locale);
 
     /// Opens a file of the report list; its content is not checked.
     RunResult openListed(const QString &path);

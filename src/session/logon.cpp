@@ -73,7 +73,7 @@ QString GetDBSettings(Reportr &state)
             notice = valueText(rows->value(0, field), {});
         state.gConn->forgetResult();
     } catch (const DatabaseError &) {
-        // A database without the table keeps the built-in notice.
+        notice.clear(); // a database without the table keeps the built-in notice
     }
     return notice.isEmpty() ? QString(kBuiltInNotice) : notice;
 }

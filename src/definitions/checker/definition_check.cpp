@@ -14,7 +14,7 @@ namespace corvane {
 
 namespace {
 
-constexpr qint64 kLargeFile = 1024 * 1024;
+constexpr qint64 kLargeFile = qint64(1024) * 1024;
 
 QString megabytes(qint64 bytes)
 {

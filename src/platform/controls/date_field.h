@@ -27,10 +27,13 @@ public:
     /// Days since 1899-12-30; 0 when there is no date. Below 2 means "no date".
     int dayNumber() const;
 
+    // Both hide the line edit's own on purpose: what the mask makes of a text is no caller's business.
+    // NOLINTBEGIN(bugprone-derived-method-shadowing-base-method)
     /// As displayed, "11/01/2026" or "11/__/____"; empty when nothing is typed.
     QString text() const;
     /// Any form that readDate() takes; anything else empties the field.
     void setText(const QString &text);
+    // NOLINTEND(bugprone-derived-method-shadowing-base-method)
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }

@@ -207,9 +207,7 @@ void BandBuilder::breakText(Band &band, BandItem &item, const FieldPlan &plan)
     const qint32 padding = look.look.padding.count() * 2;
     const qint32 needed
         = item.textLength == 0 ? 0 : look.lineHeight.count() * qint32(item.lines()) + padding;
-    if (needed > item.height && field.canGrow) {
-        item.height = needed;
-    } else if (needed < item.height && field.canShrink) {
+    if ((needed > item.height && field.canGrow) || (needed < item.height && field.canShrink)) {
         item.height = needed;
     } else if (needed > item.height && item.lineCount > 1) {
         const size_t room = size_t(std::max((item.height - padding) / look.lineHeight.count(), 1));

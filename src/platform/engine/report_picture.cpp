@@ -10,7 +10,7 @@ namespace corvane {
 
 namespace {
 
-constexpr qint64 kMaxFileBytes = 32 * 1024 * 1024;
+constexpr qint64 kMaxFileBytes = qint64(32) * 1024 * 1024;
 constexpr qint64 kMaxPixels = 50'000'000;
 
 bool leavesFolder(const QString &path)

@@ -14,7 +14,7 @@ namespace corvane {
 
 namespace {
 
-constexpr qint64 kMaxBytes = 16 * 1024 * 1024;
+constexpr qint64 kMaxBytes = qint64(16) * 1024 * 1024;
 constexpr qsizetype kMarkerBytes = 60;
 
 QString shownName(const QString &fileName)

@@ -168,7 +168,7 @@ void FileBuilder::announceTags()
 
 void FileBuilder::writeStructure(QPDFWriter &writer, PdfFile &file)
 {
-    const auto numberOf = [&writer](QPDFObjectHandle object) {
+    const auto numberOf = [&writer](const QPDFObjectHandle &object) {
         return writer.getRenumberedObjGen(object.getObjGen()).getObj();
     };
     WrittenFile written;

@@ -28,7 +28,7 @@ std::optional<Bookmark> bookmarkOf(const Document &document, const QString &targ
 
 std::optional<QUrl> webAddress(const QString &target)
 {
-    const QUrl url(target.trimmed(), QUrl::StrictMode);
+    QUrl url(target.trimmed(), QUrl::StrictMode);
     const QString scheme = url.scheme().toLower();
     const bool isWeb = (scheme == u"http" || scheme == u"https") && !url.host().isEmpty();
     if (!url.isValid() || !(isWeb || scheme == u"mailto"))

@@ -331,7 +331,7 @@ void Preview::setCurrentPage(int page)
         m_layout = PreviewLayout(pages(), m_layout.pixelsPerTwip());
         viewport()->update();
     }
-    QAccessibleEvent newText(this, QAccessible::ValueChanged);
+    QAccessibleValueChangeEvent newText(this, page + 1);
     QAccessible::updateAccessibility(&newText);
     setAccessibleDescription(
         page < 0 ? QString() : tr("Page %1 of %2").arg(page + 1).arg(pageCount()));

@@ -56,6 +56,8 @@ int PreviewLayout::mostVisiblePage(int top, int bottom) const
 
 PageSpot PreviewLayout::spotAt(QPointF point) const
 {
+    if (m_pageCount == 0) // there is no paper that could be near
+        return {0, 0, 0, point - pageRect(0).topLeft()};
     const int page = std::max(0, pageAt(int(std::floor(point.y()))));
     const QRectF sheet(pageRect(page));
     const QPointF on(std::clamp(point.x(), sheet.left(), sheet.right()),

@@ -1,6 +1,7 @@
 #include "platform/database/embedded/exact_numbers.h"
 #include "platform/database/embedded/function_values.h"
 
+#include <QtCore/QList>
 #include <QtCore/QString>
 
 #include <algorithm>
@@ -29,8 +30,11 @@ qsizetype byteOfCharacter(QByteArrayView utf8, qint64 index)
     if (index >= utf8.size())
         return utf8.size();
     qsizetype at = 0;
-    while (at < utf8.size() && index-- > 0)
-        while (++at < utf8.size() && !startsCharacter(utf8[at])) { }
+    while (at < utf8.size() && index-- > 0) {
+        ++at;
+        while (at < utf8.size() && !startsCharacter(utf8[at]))
+            ++at;
+    }
     return at;
 }
 

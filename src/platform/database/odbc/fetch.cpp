@@ -9,9 +9,9 @@ namespace corvane::odbc {
 
 namespace {
 
-constexpr size_t kBlockBytes = 512 * 1024; // stays in the processor's cache
+constexpr size_t kBlockBytes = size_t(512) * 1024; // stays in the processor's cache
 constexpr size_t kMostRows = 2'000;
-constexpr size_t kPiece = 16 * 1024;
+constexpr size_t kPiece = size_t(16) * 1024;
 
 class ResultReader
 {

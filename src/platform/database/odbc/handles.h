@@ -65,9 +65,10 @@ inline SQLWCHAR *wide(const QString &text)
     return const_cast<SQLWCHAR *>(reinterpret_cast<const SQLWCHAR *>(text.utf16()));
 }
 
+/// A number goes to the functions in the place of a pointer.
 inline SQLPOINTER attribute(SQLULEN number)
 {
-    return reinterpret_cast<SQLPOINTER>(number);
+    return reinterpret_cast<SQLPOINTER>(number); // NOLINT(performance-no-int-to-ptr)
 }
 
 } // namespace corvane::odbc
