@@ -77,8 +77,8 @@ QRect placeOf(const QWidget *control)
     return {control->mapTo(control->window(), QPoint()), control->size()};
 }
 
-/// Tab goes right within a row and else down, from wherever it starts; only the way back to the
-/// start may go up.
+/// Tab goes right within a row and else down, from wherever it starts, and up only into a column further right;
+/// the way back to the start may go anywhere.
 QStringList leapsOfTab(QWidget &window)
 {
     const QList<QWidget *> reachable = controls(window);
@@ -95,7 +95,7 @@ QStringList leapsOfTab(QWidget &window)
     for (qsizetype i = 1; i < order.size(); ++i) {
         const QRect from = placeOf(order[i - 1]);
         const QRect to = placeOf(order[i]);
-        const bool isAbove = to.bottom() < from.top();
+        const bool isAbove = to.bottom() < from.top() && to.left() <= from.right();
         const bool isRow = to.center().y() >= from.top() && to.center().y() <= from.bottom()
             && from.height() < 2 * to.height();
         if (isAbove || (isRow && to.right() < from.left()))
