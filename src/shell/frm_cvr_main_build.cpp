@@ -150,6 +150,7 @@ void frmCVRMain::buildPanes()
     connect(File1, &ReportListView::chosen, this, &frmCVRMain::File1_Click);
 
     m_previewPane = new PreviewPane(SSSplitter1);
+    m_listPane->setFilterRowHeight(m_previewPane->barHeight());
     vp = m_previewPane->preview();
     vp->setObjectName(QStringLiteral("vp"));
     vp->setAccessibleName(tr("Report preview"));

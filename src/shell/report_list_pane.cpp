@@ -11,7 +11,8 @@ namespace corvane {
 
 ReportListPane::ReportListPane(QWidget *parent)
     : QWidget(parent)
-    , txtfilter(new QLineEdit(this))
+    , m_filterRow(new QWidget(this))
+    , txtfilter(new QLineEdit(m_filterRow))
     , File1(new ReportListView(this))
 {
     nameControl(txtfilter, QStringLiteral("txtfilter"), tr("Filter reports"));
@@ -25,13 +26,18 @@ ReportListPane::ReportListPane(QWidget *parent)
 
     auto *pane = new QVBoxLayout(this);
     const int gap = pane->spacing();
-    auto *box = new QVBoxLayout;
-    box->setContentsMargins(gap, gap, gap, gap);
-    box->addWidget(txtfilter);
+    auto *row = new QHBoxLayout(m_filterRow);
+    row->setContentsMargins(gap, 0, gap, 0);
+    row->addWidget(txtfilter);
     pane->setContentsMargins(0, 0, 0, 0);
     pane->setSpacing(0);
-    pane->addLayout(box);
+    pane->addWidget(m_filterRow);
     pane->addWidget(File1);
+}
+
+void ReportListPane::setFilterRowHeight(int height)
+{
+    m_filterRow->setFixedHeight(height);
 }
 
 bool ReportListPane::eventFilter(QObject *watched, QEvent *event)

@@ -18,6 +18,8 @@ public:
     explicit ReportListPane(QWidget *parent = nullptr);
 
     ReportListView *list() const { return File1; }
+    /// Makes the filter's row as high as the one beside it, in pixels.
+    void setFilterRowHeight(int height);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -25,6 +27,7 @@ protected:
 private:
     bool keyPressed(int key);
 
+    QWidget *m_filterRow;
     QLineEdit *txtfilter;
     ReportListView *File1;
 };

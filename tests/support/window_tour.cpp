@@ -10,6 +10,7 @@
 #include <QtPrintSupport/QPrintDialog>
 #include <QtPrintSupport/QPrinter>
 #include <QtTest/QtTest>
+#include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QMessageBox>
@@ -132,8 +133,23 @@ void WindowTour::run()
     showMessages();
 }
 
+/// The list learns the kinds of its reports one by one, when nothing else is to do.
+void WindowTour::waitForKinds()
+{
+    const auto *list = m_window->findChild<QListWidget *>(QStringLiteral("File1"));
+    const bool isSettled = QTest::qWaitFor([list] {
+        for (int row = 0; row < list->count(); ++row) {
+            if (!list->item(row)->data(Qt::AccessibleDescriptionRole).isValid())
+                return false;
+        }
+        return true;
+    });
+    QVERIFY2(isSettled, "a report's kind is still missing");
+}
+
 void WindowTour::runReports()
 {
+    waitForKinds();
     open(QStringLiteral("Provider productivity.rpt"));
     visit(QStringLiteral("main-designed"), *m_window);
     open(QStringLiteral("Balance letter.rpt"));

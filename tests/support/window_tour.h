@@ -39,6 +39,7 @@ public:
 private:
     void visit(const QString &name, QWidget &window);
     void answer(QDialog &dialog);
+    void waitForKinds();
     void runReports();
     void openForms();
     void showMessages();

@@ -20,10 +20,10 @@ constexpr int kFocusLine = 2; ///< pixels
 PreviewPane::PreviewPane(QWidget *parent)
     : QWidget(parent)
     , m_preview(new Preview)
+    , m_bar(new PreviewBar(m_preview, this))
     , m_splitter(new QSplitter(this))
     , m_side(new SidePanel(m_preview))
 {
-    auto *bar = new PreviewBar(m_preview, this); // before what stands below it: Tab goes from top to bottom
     m_splitter->setObjectName(QStringLiteral("sideSplitter"));
     m_splitter->setChildrenCollapsible(false);
     m_splitter->addWidget(m_side);
@@ -32,7 +32,7 @@ PreviewPane::PreviewPane(QWidget *parent)
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(0);
-    column->addWidget(bar);
+    column->addWidget(m_bar);
     column->addWidget(m_splitter, 1);
 
     connect(m_preview, &Preview::documentChanged, this, &PreviewPane::showSidePanel);
@@ -76,6 +76,11 @@ bool PreviewPane::eventFilter(QObject *watched, QEvent *event)
             m_focusLine->setBackgroundRole(isByKey ? QPalette::Highlight : QPalette::Window);
     }
     return QWidget::eventFilter(watched, event);
+}
+
+int PreviewPane::barHeight() const
+{
+    return m_bar->sizeHint().height();
 }
 
 ViewSettings PreviewPane::viewSettings() const

@@ -10,6 +10,7 @@ class QSplitter;
 namespace corvane {
 
 class Preview;
+class PreviewBar;
 class SidePanel;
 
 /// The preview with all that belongs to it: the bar above, the panel beside. Follows the user's
@@ -22,6 +23,8 @@ public:
     explicit PreviewPane(QWidget *parent = nullptr);
 
     Preview *preview() const { return m_preview; }
+    /// Of the bar above the preview, in pixels: what stands beside it can be as high.
+    int barHeight() const;
 
     ViewSettings viewSettings() const;
     void setViewSettings(const ViewSettings &settings);
@@ -38,6 +41,7 @@ private:
     void keep();
 
     Preview *m_preview;
+    PreviewBar *m_bar; // made before what stands below it: Tab goes from top to bottom
     QSplitter *m_splitter;
     QWidget *m_focusLine = nullptr;
     SidePanel *m_side;
