@@ -199,6 +199,7 @@ void PreviewBar::showPageCount()
     const QString widest(std::max<qsizetype>(3, QString::number(count).size()), u'0');
     m_pageBox->setFixedWidth(m_pageBox->fontMetrics().horizontalAdvance(widest) + 20);
     m_pageBox->setEnabled(count > 0);
+    m_zoomBox->setEnabled(count > 0);
     m_pageCount->setText(count > 0 ? tr("of %1").arg(locale().toString(count)) : tr("of 0"));
     showPage();
 }
