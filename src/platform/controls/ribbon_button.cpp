@@ -18,6 +18,11 @@ constexpr int kIconGap = 4;
 constexpr int kShortestCaption
     = 12; ///< average letters that even the narrowest button has room for
 
+int captionWidth(const QToolButton &button)
+{
+    return button.fontMetrics().size(Qt::TextShowMnemonic, button.text()).width();
+}
+
 } // namespace
 
 RibbonButton::RibbonButton(const QString &caption, const QString &iconName, QWidget *parent)
@@ -36,17 +41,21 @@ RibbonButton::RibbonButton(const QString &caption, const QString &iconName, QWid
 
 QSize RibbonButton::sizeHint() const
 {
-    const QFontMetrics metrics = fontMetrics();
-    const int caption = qMax(metrics.size(Qt::TextShowMnemonic, text()).width(),
-        metrics.averageCharWidth() * kShortestCaption);
-    return {
-        caption + 2 * kPadding, iconSize().height() + kIconGap + metrics.height() + 2 * kPadding};
+    const int caption
+        = qMax(captionWidth(*this), fontMetrics().averageCharWidth() * kShortestCaption);
+    return {caption + 2 * kPadding, heightHint()};
 }
 
+/// Asked for a hundred times before a toolbar is shown: the caption is measured only once each
+/// time.
 QSize RibbonButton::minimumSizeHint() const
 {
-    return {fontMetrics().size(Qt::TextShowMnemonic, text()).width() + 2 * kLeastPadding,
-        sizeHint().height()};
+    return {captionWidth(*this) + 2 * kLeastPadding, heightHint()};
+}
+
+int RibbonButton::heightHint() const
+{
+    return iconSize().height() + kIconGap + fontMetrics().height() + 2 * kPadding;
 }
 
 void RibbonButton::changeEvent(QEvent *event)

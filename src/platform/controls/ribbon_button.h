@@ -23,6 +23,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    int heightHint() const;
+
     QString m_iconName;
 };
 
