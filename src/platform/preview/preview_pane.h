@@ -40,6 +40,7 @@ private:
     Preview *m_preview;
     QSplitter *m_splitter;
     QWidget *m_focusLine = nullptr;
+    bool m_isReachedByMouse = false; ///< the paper, when it got the focus last
     SidePanel *m_side;
     QSettings *m_store = nullptr;
     ViewSettings m_kept; ///< as the store has them
