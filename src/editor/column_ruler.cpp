@@ -75,9 +75,9 @@ bool ColumnRuler::event(QEvent *event)
         QToolTip::hideText();
     else
         QToolTip::showText(help->globalPos(),
-            plainToolTip(tr("%1: %2 inches")
-                             .arg(m_columns[size_t(row)].caption,
-                                 m_columns[size_t(row)].size.trimmed())),
+            plainToolTip(
+                tr("%1: %2 inches")
+                    .arg(m_columns[size_t(row)].caption, m_columns[size_t(row)].size.trimmed())),
             this);
     return true;
 }

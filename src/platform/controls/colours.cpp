@@ -58,8 +58,8 @@ double contrast(const QColor &a, const QColor &b)
 QColor blended(const QColor &a, const QColor &b, double share)
 {
     const auto mixed = [share](float x, float y) { return float(share * x + (1 - share) * y); };
-    return QColor::fromRgbF(mixed(a.redF(), b.redF()), mixed(a.greenF(), b.greenF()),
-        mixed(a.blueF(), b.blueF()));
+    return QColor::fromRgbF(
+        mixed(a.redF(), b.redF()), mixed(a.greenF(), b.greenF()), mixed(a.blueF(), b.blueF()));
 }
 
 QColor quietText(const QPalette &palette)

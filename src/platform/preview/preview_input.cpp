@@ -57,8 +57,8 @@ bool Preview::viewportEvent(QEvent *event)
     case QEvent::ToolTip: {
         const auto *help = static_cast<QHelpEvent *>(event);
         const QString target = m_pointer->linkTargetAt(help->pos());
-        QToolTip::showText(help->globalPos(),
-            webAddress(target) ? plainToolTip(target) : QString(), viewport());
+        QToolTip::showText(
+            help->globalPos(), webAddress(target) ? plainToolTip(target) : QString(), viewport());
         return true;
     }
     default:
