@@ -60,7 +60,7 @@ std::variant<SelectionAnswers, AnswerFault> answerSelection(
     const ListedValues list = readList(token, connection, style);
     for (const QString &value : options.select) {
         if (!list.values.contains(value))
-            return AnswerFault {ExitStatus::ReportFailed, QStringLiteral("The value \"%1\" is not in the report's list.").arg(value)};
+            return AnswerFault {ExitStatus::ReportFailed, QStringLiteral("The value \"%1\" is not in the report's list. --select takes the value behind an entry, not the entry's text.").arg(value)};
     }
     SelectionAnswers answers {token.marker(), {}};
     for (const QString &value : list.values) {
@@ -70,7 +70,7 @@ std::variant<SelectionAnswers, AnswerFault> answerSelection(
     answers.all = !list.values.isEmpty() && answers.values.size() == list.values.size();
     // Nobody sees the form's line about an incomplete list here, so "all" of it is never taken for all.
     if (options.selectAll && !list.incomplete.isEmpty())
-        return AnswerFault {ExitStatus::ReportFailed, QStringLiteral("The report's list is incomplete: %1").arg(list.incomplete)};
+        return AnswerFault {ExitStatus::ReportFailed, QStringLiteral("Not all of the report's list can be selected, because it is incomplete. Run the report again, or name values with --select. Cause: %1").arg(list.incomplete)};
     if (const QString refusal = selectionRefusal(token, answers, list.incomplete); !refusal.isEmpty())
         return AnswerFault {ExitStatus::ReportFailed, refusal};
     return answers;

@@ -155,7 +155,7 @@ QString batchUsage()
         "doctor     tries the connections of corvane.ini step by step and prints each\n"
         "\n"
         "Exit status: 0 done, 1 the report failed, 2 usage or a missing answer,\n"
-        "3 logon or rights refused, 4 no corvane.ini or no connection.\n");
+        "3 logon, rights or patient refused, 4 no corvane.ini or no connection.\n");
 }
 
 } // namespace corvane

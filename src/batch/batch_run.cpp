@@ -117,7 +117,7 @@ private:
         const QString folder = reportFolder(m_state.programFolder);
         const QString path = listedReport(folder, m_options.report);
         if (path.isEmpty())
-            printError(QStringLiteral("There is no report \"%1\" in \"%2\".").arg(m_options.report, QDir::toNativeSeparators(folder)));
+            printError(QStringLiteral("There is no report \"%1\" in \"%2\". Check its name and --folder.").arg(m_options.report, QDir::toNativeSeparators(folder)));
         return path;
     }
 
@@ -133,7 +133,7 @@ private:
         try {
             if (choosePatient(m_state, m_options.patient))
                 return ExitStatus::Done;
-            printError(QStringLiteral("There is no patient \"%1\" that %2 may see.").arg(m_options.patient, m_options.user));
+            printError(QStringLiteral("There is no patient \"%1\" that %2 may see. Check the id.").arg(m_options.patient, m_options.user));
             return ExitStatus::Refused;
         } catch (const DatabaseError &error) {
             printError(QStringLiteral("The patient \"%1\" cannot be looked up: %2").arg(m_options.patient, error.description()));
@@ -185,7 +185,7 @@ private:
         } catch (const WorkbookError &error) {
             return error.message();
         } catch (const DatabaseError &error) {
-            return QStringLiteral("The report's rows cannot be read again for the workbook: %1").arg(error.description());
+            return QStringLiteral("The report's rows cannot be read again for the workbook. Run the report again. Cause: %1").arg(error.description());
         }
         return {};
     }

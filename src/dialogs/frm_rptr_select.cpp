@@ -70,6 +70,7 @@ void frmRptrSelect::buildForm()
     lblIncomplete->setWordWrap(true);
     lblIncomplete->hide();
     ctList1->setMinimumSize(lettersWide(this, kListLetters), linesHigh(this, kListLines)); // it gives way when the line below it grows
+    ctList1->setHeaderHidden(true); // a column's name in the database says nothing to who chooses
     for (QPushButton *button : Command1)
         button->setAutoDefault(false);
     cmdselect->setDefault(true);

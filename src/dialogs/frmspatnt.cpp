@@ -162,7 +162,7 @@ void frmspatnt::loadpatients(const QString &sql)
         fault = error.description();
     }
     pnlprogress->setFloodPercent(0);
-    lblIncomplete->setText(tr("The list is incomplete: %1").arg(fault));
+    lblIncomplete->setText(tr("The list is incomplete. Search again, or type more letters. Cause: %1").arg(fault));
     lblIncomplete->setVisible(!fault.isEmpty());
     pnlcount->setText(QString::number(list.rowCount()) + tr(" Records      "));
     if (!loading && list.rowCount() == 0 && fault.isEmpty())

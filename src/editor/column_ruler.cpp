@@ -1,6 +1,7 @@
 #include "editor/column_ruler.h"
 
-#include "platform/controls/icons.h"
+#include "platform/controls/colours.h"
+#include "platform/controls/tool_tip.h"
 #include "shared/numbers.h"
 
 #include <QtGui/QHelpEvent>
@@ -18,13 +19,6 @@ constexpr int kTickHeight = 6;
 constexpr int kPadding = 5;
 constexpr double kWidestView
     = 1.35; ///< of the page's width: more would make the page itself too small
-
-QColor blended(const QColor &a, const QColor &b, double share)
-{
-    const auto mix
-        = [share](int x, int y) { return int(std::lround(x * share + y * (1 - share))); };
-    return QColor(mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue()));
-}
 
 /// Of the page's edge and the ticks; what styles call "mid" is black in some dark palettes.
 QColor lineColour(const QPalette &palette)
@@ -81,9 +75,9 @@ bool ColumnRuler::event(QEvent *event)
         QToolTip::hideText();
     else
         QToolTip::showText(help->globalPos(),
-            tr("%1: %2 inches")
-                .arg(m_columns[size_t(row)].caption, m_columns[size_t(row)].size.trimmed())
-                .toHtmlEscaped(),
+            plainToolTip(
+                tr("%1: %2 inches")
+                    .arg(m_columns[size_t(row)].caption, m_columns[size_t(row)].size.trimmed())),
             this);
     return true;
 }

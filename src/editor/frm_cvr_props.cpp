@@ -2,6 +2,7 @@
 
 #include "editor/column_model.h"
 #include "editor/column_ruler.h"
+#include "platform/controls/tool_tip.h"
 #include "platform/messages/message_boxes.h"
 #include "shared/numbers.h"
 #include "shared/run_time_fault.h"
@@ -90,7 +91,7 @@ void frmCVRProps::showProperties(const PageProperties &properties)
     txtsql->setPlainText(properties.recordSource);
     txtsql->setReadOnly(true);
     lblload->setText(properties.fields);
-    lblload->setToolTip(properties.fields.toHtmlEscaped());
+    lblload->setToolTip(plainToolTip(properties.fields));
     m_columns->setColumns(properties.columns);
     cboorient->setCurrentIndex(properties.isLandscape ? 1 : 0);
     ckPageBreak->setChecked(properties.breaksPageOnGroup);

@@ -88,9 +88,9 @@ QToolBar *frmHelp::buildToolBar()
     auto *bar = new QToolBar(this);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->setIconSize({kIconSize, kIconSize});
-    m_back = bar->addAction(icon(QStringLiteral("previous"), palette()), tr("Back"));
+    m_back = bar->addAction(icon(QStringLiteral("back"), palette()), tr("Back"));
     m_back->setShortcut(QKeySequence::Back);
-    m_forward = bar->addAction(icon(QStringLiteral("next"), palette()), tr("Forward"));
+    m_forward = bar->addAction(icon(QStringLiteral("forward"), palette()), tr("Forward"));
     m_forward->setShortcut(QKeySequence::Forward);
     m_home = bar->addAction(icon(QStringLiteral("home"), palette()), tr("Main Topic"));
     for (QAction *action : {m_back, m_forward})

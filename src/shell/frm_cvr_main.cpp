@@ -6,9 +6,9 @@
 #include "help/help_desk.h"
 #include "help/help_topics.h"
 #include "platform/controls/date_field.h"
-#include "platform/controls/flood_panel.h"
 #include "platform/controls/ribbon_button.h"
 #include "platform/controls/spacing.h"
+#include "platform/controls/tool_tip.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_pane.h"
 #include "session/report_list.h"
@@ -38,7 +38,6 @@ namespace {
 
 constexpr int kWindowLetters = 177; ///< to begin with, when the screen is large enough
 constexpr int kWindowLines = 48;
-const QString kTitle = QStringLiteral("Corvane");
 const QString kChooseReport = QStringLiteral("Choose a report from the list.");
 
 QString counted(qint64 count, const QString &one, const QString &many)
@@ -130,7 +129,7 @@ void frmCVRMain::startWithoutConnection()
     for (const int index : {DatesButton, PdfButton, PatientButton})
         enableButton(index, false);
     m_listPane->setEnabled(false);
-    vp->setEmptyText(tr("There is no connection to the database."));
+    vp->setEmptyText(tr("There is no connection to the database. Close the program, mend the cause, and start it again."));
 }
 
 void frmCVRMain::closeEvent(QCloseEvent *event)
@@ -312,7 +311,7 @@ void frmCVRMain::showProblems(RunResult result)
 void frmCVRMain::showNotes(const QStringList &notes)
 {
     m_notes->setText(notes.isEmpty() ? QString() : notes.size() == 1 ? notes.front() : tr("%1 notes: %2").arg(notes.size()).arg(notes.front()));
-    m_notes->setToolTip(notes.join(u'\n'));
+    m_notes->setToolTip(plainToolTip(notes.join(u'\n')));
 }
 
 void frmCVRMain::openAddress(const QUrl &address)
@@ -325,85 +324,6 @@ void frmCVRMain::openAddress(const QUrl &address)
 void frmCVRMain::keepViewSettings(QSettings &store)
 {
     m_previewPane->keepViewSettings(store);
-}
-
-MessageAnswer frmCVRMain::message(const QString &text, int flags, const QString &title)
-{
-    return m_desktop.message(text, flags, title);
-}
-
-void frmCVRMain::enableButton(int index, bool enabled)
-{
-    btnvp[size_t(index)]->setEnabled(enabled);
-}
-
-void frmCVRMain::enableMenu(ReportMenu menu, bool enabled)
-{
-    switch (menu) {
-    case ReportMenu::mnuFSendTo:
-        mnuFSendTo->setEnabled(enabled);
-        break;
-    case ReportMenu::mnuFPrint:
-        mnuFPrint->setEnabled(enabled);
-        break;
-    case ReportMenu::mnuFProps:
-        mnuFProps->setEnabled(enabled);
-        break;
-    }
-}
-
-void frmCVRMain::clearPreview()
-{
-    vp->setDocument(nullptr);
-    m_summary->clear();
-    m_notes->clear();
-}
-
-void frmCVRMain::showHourglass(bool on)
-{
-    if (on)
-        setCursor(Qt::WaitCursor);
-    else
-        unsetCursor();
-}
-
-void frmCVRMain::showProgress(int percent)
-{
-    if (percent != pnlprogress->floodPercent()) {
-        pnlprogress->setFloodPercent(percent);
-        pnlprogress->setVisible(percent > 0);
-    }
-    if (m_gate->isClosed())
-        m_gate->serve();
-}
-
-bool frmCVRMain::stopRequested()
-{
-    if (!m_gate->takeEscape())
-        return false;
-    return message(m_stopQuestion, MessageFlags::YesNo, kTitle) == MessageAnswer::Yes;
-}
-
-DateEntry frmCVRMain::dateFrom() const
-{
-    return {DateFrom->text(), DateFrom->date()};
-}
-
-DateEntry frmCVRMain::dateTo() const
-{
-    return {DateTo->text(), DateTo->date()};
-}
-
-void frmCVRMain::setDates(QDate from, QDate to)
-{
-    DateFrom->setDate(from);
-    DateTo->setDate(to);
-}
-
-void frmCVRMain::resetDates()
-{
-    const QDate today = m_clock().date();
-    setDates(today, today);
 }
 
 } // namespace corvane

@@ -105,6 +105,8 @@ private:
     void showNotes(const QStringList &notes);
     void openAddress(const QUrl &address);
 
+    inline static const QString kTitle = QStringLiteral("Corvane"); ///< of its message boxes
+
     Reportr &m_state;
     InputGate *m_gate;
     GatedDesktop m_desktop;

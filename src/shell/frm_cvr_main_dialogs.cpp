@@ -17,12 +17,6 @@
 
 namespace corvane {
 
-namespace {
-
-const QString kTitle = QStringLiteral("Corvane");
-
-} // namespace
-
 void frmCVRMain::mnuFPrint_Click()
 {
     exportWith([this] {
@@ -62,14 +56,18 @@ void frmCVRMain::exportWith(Call call)
         return;
     m_gate->takeEscape();
     m_gate->close();
+    const auto tellUnread = [this](const QString &cause) {
+        message(tr("The report's rows cannot be read again for the workbook. Choose \"Refresh\", then save again.\n\nCause: %1").arg(cause),
+            MessageFlags::Exclamation, kTitle);
+    };
     try {
         call();
     } catch (const WorkbookError &error) {
         message(error.message(), MessageFlags::Exclamation, kTitle);
     } catch (const DatabaseError &error) {
-        message(tr("The report's rows cannot be read again for the workbook: %1").arg(error.description()), MessageFlags::Exclamation, kTitle);
+        tellUnread(error.description());
     } catch (const RunTimeFault &fault) {
-        message(tr("The report's rows cannot be read again for the workbook: %1").arg(fault.description()), MessageFlags::Exclamation, kTitle);
+        tellUnread(fault.description());
     }
     m_gate->open();
     showProgress(0);

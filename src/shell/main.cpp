@@ -1,5 +1,6 @@
 #include "platform/controls/clear_outlines.h"
 #include "platform/controls/first_paint.h"
+#include "platform/controls/colours.h"
 #include "platform/controls/icons.h"
 #include "platform/desktop/system_desktop.h"
 #include "shared/core_dumps.h"

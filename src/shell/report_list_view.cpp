@@ -2,6 +2,7 @@
 
 #include "definitions/report_kind.h"
 #include "platform/controls/icons.h"
+#include "platform/controls/tool_tip.h"
 #include "render/report_hint.h"
 #include "session/report_list.h"
 #include "shared/report_host.h"
@@ -12,10 +13,7 @@
 #include <QtGui/QHelpEvent>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
-#include <QtGui/QTextDocument>
 #include <QtWidgets/QToolTip>
-
-#include <algorithm>
 
 namespace corvane {
 
@@ -24,15 +22,6 @@ namespace {
 constexpr int kIconSize = 16;
 constexpr int kItemSpacing = 2;
 constexpr int kEmptyTextMargin = 16;
-constexpr int kLongToolTipLine = 60; ///< letters
-
-/// As markup made from plain text: nothing in a definition is taken for markup, and long lines wrap.
-QString plainToolTip(const QString &text)
-{
-    const QStringList lines = text.split(u'\n');
-    const bool isLong = std::ranges::any_of(lines, [](const QString &line) { return line.size() > kLongToolTipLine; });
-    return Qt::convertFromPlainText(text, isLong ? Qt::WhiteSpaceNormal : Qt::WhiteSpacePre);
-}
 
 /// Holds the place of an icon, so that a name stays where it is when its icon comes.
 QIcon emptyIcon()

@@ -101,8 +101,8 @@ void tst_batch_answers::answersSelections_data()
     QTest::newRow("one value") << kOnePayer << QStringList(s("C")) << false << s("payer = C");
     QTest::newRow("none named") << kPayers << QStringList() << false << s("2 The report asks for a selection (\"Choose payers\"): add --select VALUE or --select-all.");
     QTest::newRow("two where one is taken") << kOnePayer << QStringList({s("A"), s("C")}) << false << s("2 The report takes one value (\"Choose a payer\"): give one --select VALUE.");
-    QTest::newRow("a value that is not there") << kPayers << QStringList({s("A"), s("Z")}) << false << s("1 The value \"Z\" is not in the report's list.");
-    QTest::newRow("what is shown is not the value") << kPayers << QStringList(s("Alpha")) << false << s("1 The value \"Alpha\" is not in the report's list.");
+    QTest::newRow("a value that is not there") << kPayers << QStringList({s("A"), s("Z")}) << false << s("1 The value \"Z\" is not in the report's list. --select takes the value behind an entry, not the entry's text.");
+    QTest::newRow("what is shown is not the value") << kPayers << QStringList(s("Alpha")) << false << s("1 The value \"Alpha\" is not in the report's list. --select takes the value behind an entry, not the entry's text.");
 }
 
 void tst_batch_answers::answersSelections()

@@ -177,7 +177,7 @@ void tst_spatnt::aFailedSearchIsALineInTheForm()
     search(QStringLiteral("fail"));
     QCOMPARE(m_host.messages, QStringList());
     QVERIFY(control<QLabel>("lblIncomplete")->isVisible());
-    QCOMPARE(control<QLabel>("lblIncomplete")->text(), QStringLiteral("The list is incomplete: no such table: fail"));
+    QCOMPARE(control<QLabel>("lblIncomplete")->text(), QStringLiteral("The list is incomplete. Search again, or type more letters. Cause: no such table: fail"));
 }
 
 QTEST_MAIN(tst_spatnt)

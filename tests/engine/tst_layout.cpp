@@ -1,7 +1,10 @@
 #include "engine/layout_fixture.h"
+#include "platform/engine/picture_store.h"
 #include "support/document_dump.h"
 #include "support/suite.h"
 
+#include <QtCore/QBuffer>
+#include <QtGui/QImage>
 #include <QtTest/QtTest>
 
 using namespace corvane;
@@ -65,6 +68,7 @@ private Q_SLOTS:
     void linksBookmarksAndOutline();
     void barcodesStandOnWholeTwips();
     void picturesAreKeptOnce();
+    void aColumnsPicturesHaveTheLimitsOfFiles();
     void everyLookIsDrawn();
     void aggregates_data();
     void aggregates();
@@ -324,6 +328,24 @@ void tst_layout::picturesAreKeptOnce()
     QCOMPARE(page.pictures[1].width, 1440);
     QCOMPARE(page.pictures[2].y, 1440 + 1440);
     QCOMPARE(document.notes.size(), 1); // a number is no picture
+}
+
+void tst_layout::aColumnsPicturesHaveTheLimitsOfFiles()
+{
+    Document document;
+    PictureStore store(document);
+    const auto refusal = [&store](const QByteArray &file) {
+        const auto added = store.add(file);
+        const auto *words = std::get_if<QString>(&added);
+        return words ? *words : QString();
+    };
+    QImage large(7'200, 7'200, QImage::Format_Mono);
+    large.fill(0);
+    QBuffer file;
+    large.save(&file, "png");
+    QVERIFY(refusal(file.data()).endsWith(u"has 7200 × 7200 pixels; at most 50 million can be shown"));
+    QVERIFY(refusal("P1\n1 1\n0\n").contains(u"is no picture; PNG, JPEG, GIF and BMP can be shown"));
+    QVERIFY(document.pictures.empty());
 }
 
 void tst_layout::everyLookIsDrawn()

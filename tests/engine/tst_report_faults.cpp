@@ -230,7 +230,7 @@ void tst_report_faults::faultHasItsSentence_data()
         ", line 4, column 51: bold=\"yes\" of <Data>: no such value; possible are \"false\" and "
         "\"true\".");
     row("color without #", field("Data", "column=\"a\" color=\"ff0000\""),
-        ", line 4, column 52: color=\"ff0000\" of <Data>: a color is needed, such as \"#1f4e79\".");
+        ", line 4, column 52: color=\"ff0000\" of <Data>: a colour is needed, such as \"#1f4e79\".");
     row("misspelt word", field("Data", "column=\"a\" align=\"centre\""),
         ", line 4, column 52: align=\"centre\" of <Data>: no such value; did you mean center?");
     row("letters of no size", field("Data", "column=\"a\" size=\"0\""),

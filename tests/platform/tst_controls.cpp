@@ -1,5 +1,6 @@
 #include "platform/controls/clear_outlines.h"
 #include "platform/controls/flood_panel.h"
+#include "platform/controls/colours.h"
 #include "platform/controls/icons.h"
 #include "platform/controls/ribbon_button.h"
 #include "support/suite.h"

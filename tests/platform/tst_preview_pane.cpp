@@ -9,6 +9,7 @@
 #include <QtCore/QSettings>
 #include <QtGui/QAccessible>
 #include <QtGui/QAction>
+#include <QtGui/QFocusEvent>
 #include <QtCore/QFile>
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
@@ -339,7 +340,13 @@ void tst_preview_pane::theFocusOnThePaperShows()
     window.preview().setFocus(Qt::TabFocusReason);
     QCOMPARE(line(), QPalette::Highlight);
     window.outline().setFocus();
+    QFocusEvent activated(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    QCoreApplication::sendEvent(&window.preview(), &activated); // it got the focus behind a dialog
+    QCOMPARE(line(), QPalette::Highlight);
+    window.outline().setFocus();
     window.preview().setFocus(Qt::MouseFocusReason);
+    QCOMPARE(line(), QPalette::Window);
+    QCoreApplication::sendEvent(&window.preview(), &activated);
     QCOMPARE(line(), QPalette::Window);
 }
 

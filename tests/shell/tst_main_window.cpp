@@ -18,6 +18,7 @@
 #include <QtCore/QMimeData>
 #include <QtCore/QScopeGuard>
 #include <QtGui/QDropEvent>
+#include <QtGui/QTextDocumentFragment>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QFileDialog>
@@ -573,11 +574,12 @@ void tst_main_window::aPdfThatCannotBeWrittenIsTold()
     Program program(m_demo.path());
     QVERIFY(program.startLoggedOn());
     program.clickReport(QStringLiteral("Phone list.rpt"));
-    m_demo.write(QStringLiteral("phones.pdf"), "older");
+    const QString name = QStringLiteral("<b>Phones & faxes.pdf");
+    m_demo.write(name, "older");
     program.modal.drive([&](QDialog &dialog) {
         auto *files = qobject_cast<QFileDialog *>(&dialog);
         files->setOption(QFileDialog::DontConfirmOverwrite);
-        files->selectFile(m_demo.file(QStringLiteral("phones.pdf")));
+        files->selectFile(m_demo.file(name));
         QMetaObject::invokeMethod(files, "accept");
     });
     program.modal.press(QMessageBox::Yes);
@@ -587,9 +589,10 @@ void tst_main_window::aPdfThatCannotBeWrittenIsTold()
         click(program.button(PdfButton));
     }
     QVERIFY(program.modal.messages()[1].text.startsWith(u"Failed to convert '"));
-    const QString note = qobject_cast<QLabel *>(child(*program.window, "lblNotes"))->text();
-    QVERIFY2(note.contains(QStringLiteral("phones.pdf\" was not saved. File too large.")), qPrintable(note));
-    QCOMPARE(m_demo.read(QStringLiteral("phones.pdf")), QByteArray("older"));
+    const auto *notes = qobject_cast<QLabel *>(child(*program.window, "lblNotes"));
+    QVERIFY2(notes->text().contains(QString(name + u"\" was not saved. File too large.")), qPrintable(notes->text()));
+    QCOMPARE(QTextDocumentFragment::fromHtml(notes->toolTip()).toPlainText(), notes->text());
+    QCOMPARE(m_demo.read(name), QByteArray("older"));
     QVERIFY(program.button(PdfButton)->isEnabled());
 }
 

@@ -3,6 +3,7 @@
 // names.
 
 #include "platform/controls/clear_outlines.h"
+#include "platform/controls/colours.h"
 #include "platform/controls/icons.h"
 #include "support/window_tour.h"
 

@@ -1,6 +1,6 @@
 #include "platform/controls/clear_outlines.h"
 
-#include "platform/controls/icons.h"
+#include "platform/controls/colours.h"
 
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QStyleOption>

@@ -8,7 +8,6 @@ namespace corvane {
 namespace {
 
 constexpr int kBarThickness = 6;
-constexpr int kCaptionGap = 12;
 constexpr int kShortestBar = 60;
 
 } // namespace
@@ -28,16 +27,6 @@ void FloodPanel::setFloodPercent(int percent)
     setValue(qBound(0, percent, 100));
 }
 
-void FloodPanel::setCaption(const QString &caption)
-{
-    if (caption == m_caption)
-        return;
-    m_caption = caption;
-    setAccessibleDescription(caption);
-    updateGeometry();
-    update();
-}
-
 QSize FloodPanel::sizeHint() const
 {
     return minimumSizeHint() + QSize(2 * kShortestBar, 0);
@@ -45,22 +34,15 @@ QSize FloodPanel::sizeHint() const
 
 QSize FloodPanel::minimumSizeHint() const
 {
-    const int caption
-        = m_caption.isEmpty() ? 0 : fontMetrics().horizontalAdvance(m_caption) + kCaptionGap;
-    return {caption + kShortestBar, qMax(fontMetrics().height(), kBarThickness)};
+    return {kShortestBar, qMax(fontMetrics().height(), kBarThickness)};
 }
 
 void FloodPanel::paintEvent(QPaintEvent *)
 {
-    QPainter painter(this);
-    if (!m_caption.isEmpty())
-        style()->drawItemText(&painter, rect(),
-            int(Qt::AlignVCenter) | int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)),
-            palette(), isEnabled(), m_caption, QPalette::WindowText);
-
     if (floodPercent() == 0)
         return; // nothing runs: an empty track would look like a rule across the form
-    const QRect bar = barRect();
+    QPainter painter(this);
+    const QRect bar(0, (height() - kBarThickness) / 2, width(), kBarThickness);
     QColor track = palette().color(QPalette::WindowText);
     track.setAlphaF(0.12F);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -73,14 +55,6 @@ void FloodPanel::paintEvent(QPaintEvent *)
     painter.setClipRect(QStyle::visualRect(layoutDirection(), bar, filled));
     painter.setBrush(palette().color(QPalette::Highlight));
     painter.drawRoundedRect(bar, kBarThickness / 2.0, kBarThickness / 2.0);
-}
-
-QRect FloodPanel::barRect() const
-{
-    const int left
-        = m_caption.isEmpty() ? 0 : fontMetrics().horizontalAdvance(m_caption) + kCaptionGap;
-    const QRect bar(left, (height() - kBarThickness) / 2, width() - left, kBarThickness);
-    return QStyle::visualRect(layoutDirection(), rect(), bar);
 }
 
 } // namespace corvane

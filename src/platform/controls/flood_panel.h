@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-/// How much of a long fill is done: an optional caption and a thin bar in the accent colour.
+/// How much of a long fill is done: a thin bar in the accent colour.
 class FloodPanel : public QProgressBar
 {
     Q_OBJECT
@@ -16,20 +16,11 @@ public:
     void setFloodPercent(int percent);
     int floodPercent() const { return value(); }
 
-    /// Shown to the left of the bar.
-    void setCaption(const QString &caption);
-    QString caption() const { return m_caption; }
-
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-
-private:
-    QRect barRect() const;
-
-    QString m_caption;
 };
 
 } // namespace corvane

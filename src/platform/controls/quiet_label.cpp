@@ -1,6 +1,6 @@
 #include "platform/controls/quiet_label.h"
 
-#include "platform/controls/icons.h"
+#include "platform/controls/colours.h"
 
 #include <QtCore/QEvent>
 

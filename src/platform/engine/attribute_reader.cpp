@@ -126,7 +126,7 @@ std::optional<QRgb> AttributeReader::colour(const char *name) const
         return {};
     const std::optional<QRgb> value = parseColour(text(name));
     if (!value)
-        fail(name, QStringLiteral("a color is needed, such as \"#1f4e79\"."));
+        fail(name, QStringLiteral("a colour is needed, such as \"#1f4e79\"."));
     return value;
 }
 

@@ -1,5 +1,7 @@
 #include "platform/engine/picture_store.h"
 
+#include "platform/engine/report_picture.h"
+
 #include <QtCore/QBuffer>
 #include <QtCore/QCryptographicHash>
 #include <QtGui/QImageReader>
@@ -7,8 +9,6 @@
 namespace corvane {
 
 namespace {
-
-constexpr qint64 kMostPixels = 60'000'000;
 
 /// The number of components in the frame header of a JPEG file (ITU-T T.81, B.2.2); 0 when it has
 /// none.
@@ -44,14 +44,8 @@ std::variant<quint32, QString> PictureStore::decode(const QByteArray &file)
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    if (!reader.canRead() || !size.isValid())
-        return QStringLiteral("the bytes are no picture");
-    if (qint64(size.width()) * size.height() > kMostPixels) {
-        return QStringLiteral("the picture has %1 × %2 pixels; at most 60 million are read")
-            .arg(size.width())
-            .arg(size.height());
-    }
+    if (const QString fault = pictureHeaderFault(reader); !fault.isEmpty())
+        return QString(u"what should be a picture " + fault);
     const bool isJpeg = reader.format() == "jpeg"
         && reader.transformation() == QImageIOHandler::TransformationNone;
     Picture picture{reader.read(), {}};

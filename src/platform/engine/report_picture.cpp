@@ -67,6 +67,13 @@ QString pictureFault(const QByteArray &bytes)
     QBuffer buffer;
     buffer.setData(bytes);
     QImageReader image(&buffer);
+    if (const QString fault = pictureHeaderFault(image); !fault.isEmpty())
+        return fault;
+    return image.read().isNull() ? QStringLiteral("is a damaged picture") : QString();
+}
+
+QString pictureHeaderFault(QImageReader &image)
+{
     image.setDecideFormatFromContent(true);
     static const QList<QByteArray> kFormats{"png", "jpeg", "gif", "bmp"};
     if (!kFormats.contains(image.format()))
@@ -77,7 +84,7 @@ QString pictureFault(const QByteArray &bytes)
             .arg(size.width())
             .arg(size.height());
     }
-    return image.read().isNull() ? QStringLiteral("is a damaged picture") : QString();
+    return {};
 }
 
 QByteArray readPicture(const AttributeReader &reader)

@@ -1,5 +1,7 @@
 #include "platform/preview/outline_model.h"
 
+#include "platform/controls/tool_tip.h"
+
 #include <QtGui/QPalette>
 
 #include <algorithm>
@@ -79,7 +81,7 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return isTitle ? shown.title : QString::number(shown.page + 1);
     case Qt::ToolTipRole:
-        return shown.title.toHtmlEscaped();
+        return plainToolTip(shown.title);
     case Qt::AccessibleTextRole:
         return isTitle ? tr("%1, page %2").arg(shown.title).arg(shown.page + 1)
                        : QString::number(shown.page + 1);

@@ -1,6 +1,7 @@
 // What the preview does with keys, wheel, mouse and its menu.
 
 #include "platform/controls/icons.h"
+#include "platform/controls/tool_tip.h"
 #include "platform/preview/document_links.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_finder.h"
@@ -57,7 +58,7 @@ bool Preview::viewportEvent(QEvent *event)
         const auto *help = static_cast<QHelpEvent *>(event);
         const QString target = m_pointer->linkTargetAt(help->pos());
         QToolTip::showText(
-            help->globalPos(), webAddress(target) ? target.toHtmlEscaped() : QString(), viewport());
+            help->globalPos(), webAddress(target) ? plainToolTip(target) : QString(), viewport());
         return true;
     }
     default:

@@ -1,6 +1,6 @@
 // How the preview draws its sheets and what is marked on them.
 
-#include "platform/controls/icons.h"
+#include "platform/controls/colours.h"
 #include "platform/preview/page_marks.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_finder.h"

@@ -70,10 +70,13 @@ bool PreviewPane::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        const bool isByKey = event->type() == QEvent::FocusIn && reason != Qt::MouseFocusReason;
-        // Menus and other windows only borrow the focus.
+        const bool isIn = event->type() == QEvent::FocusIn;
+        // Menus and other windows only borrow the focus, so how the paper was reached still counts.
         if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason)
-            m_focusLine->setBackgroundRole(isByKey ? QPalette::Highlight : QPalette::Window);
+            m_isReachedByMouse = isIn && reason == Qt::MouseFocusReason;
+        if (reason != Qt::PopupFocusReason)
+            m_focusLine->setBackgroundRole(
+                isIn && !m_isReachedByMouse ? QPalette::Highlight : QPalette::Window);
     }
     return QWidget::eventFilter(watched, event);
 }

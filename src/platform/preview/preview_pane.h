@@ -44,6 +44,7 @@ private:
     PreviewBar *m_bar; // made before what stands below it: Tab goes from top to bottom
     QSplitter *m_splitter;
     QWidget *m_focusLine = nullptr;
+    bool m_isReachedByMouse = false; ///< the paper, when it got the focus last
     SidePanel *m_side;
     QSettings *m_store = nullptr;
     ViewSettings m_kept; ///< as the store has them

@@ -25,7 +25,8 @@ struct ViewSettings
     bool operator==(const ViewSettings &) const = default;
 };
 
-/// What a store does not hold, or not in its range, is as it is at first.
+/// What a store does not hold, or not in its range, is as it is at first. A store that cannot be read
+/// or written costs no more than that, so nobody is bothered with it.
 ViewSettings readViewSettings(const QSettings &store);
 void writeViewSettings(QSettings &store, const ViewSettings &settings);
 
