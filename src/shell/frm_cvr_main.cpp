@@ -289,6 +289,7 @@ void frmCVRMain::showDocument()
     if (document != vp->document())
         vp->setDocument(document);
     m_summary->setText(document ? summaryOf(document->pageCount(), m_run.timings().rows) : QString());
+    m_summary->setVisible(document != nullptr);
     showNotes(document ? document->notes : QStringList());
 }
 

@@ -167,6 +167,7 @@ void frmCVRMain::buildStatusBar()
 {
     m_summary = new QLabel;
     m_summary->setObjectName(QStringLiteral("lblSummary"));
+    m_summary->hide(); // as long as it is empty it would move the user's name
     m_notes = new QLabel;
     m_notes->setObjectName(QStringLiteral("lblNotes"));
     m_notes->setTextFormat(Qt::PlainText);

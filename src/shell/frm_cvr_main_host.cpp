@@ -41,6 +41,7 @@ void frmCVRMain::enableMenu(ReportMenu menu, bool enabled)
 void frmCVRMain::clearPreview()
 {
     vp->setDocument(nullptr);
+    m_summary->hide();
     m_summary->clear();
     showNotes({});
 }
