@@ -142,6 +142,21 @@ void tst_preview_scale::searchingAllocatesNothingPerPage()
     QFETCH(qint64, hits);
     DocumentSearch search;
     search.setDocument(longReport());
+    qint64 letters = 0;
+    for (const Page &page : longReport()->pages)
+        letters += page.text.size();
+    // The folded text is kept: a byte a letter, and some numbers a page.
+    {
+        const test::Allocations allocations;
+        int slices = 1;
+        while (!search.prepare(CaseRule::Match, 2'000'000))
+            ++slices;
+        QVERIFY2(qAbs(slices - letters / 2'000'000) < 4, qPrintable(QString::number(slices)));
+        QVERIFY2(
+            allocations.count() < kMany / 20, qPrintable(QString::number(allocations.count())));
+        QVERIFY2(allocations.peak() < letters + 30 * kMany,
+            qPrintable(QString::number(allocations.peak())));
+    }
     const test::Allocations allocations;
     search.start(needle, CaseRule::Match, kMany / 2);
     search.finish();

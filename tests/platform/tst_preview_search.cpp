@@ -182,16 +182,16 @@ static std::vector<TextStretch> hitsInFolded(
     const SearchFolding::Folded folded = folding.fold(page.text, rule);
     const std::u16string pattern = folding.fold(needle, rule).text;
     std::vector<TextStretch> hits;
+    const auto origin = [&](size_t at) { return originOf(folded.steps, quint32(at)); };
     for (size_t at = folded.text.find(pattern); at != std::u16string::npos;
          at = folded.text.find(pattern, at)) {
         const size_t last = at + pattern.size() - 1;
-        const TextStretch hit{
-            folded.origins[at], std::max(folded.origins[last + 1], folded.origins[last] + 1)};
+        const TextStretch hit{origin(at), std::max(origin(last + 1), origin(last) + 1)};
         ++at;
         if (!isWithinOneCell(page, hit))
             continue;
         hits.push_back(hit);
-        while (folded.origins[at] < hit.end)
+        while (origin(at) < hit.end)
             ++at;
     }
     return hits;

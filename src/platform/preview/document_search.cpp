@@ -3,94 +3,87 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <span>
 
 namespace corvane {
 
-/// Steps through the matches on one page.
-class DocumentSearch::Scan
-{
-public:
-    Scan(const DocumentSearch &search, int page)
-        : m_search(search)
-        , m_page(search.m_document->pages[size_t(page)])
-        , m_folding(search.m_folding)
-        , m_keepsLength(search.m_kinds[size_t(page)] == PageKind::KeepsLength)
-    {
-        if (!m_keepsLength)
-            m_folded = m_folding.fold(m_page.text, search.m_rule);
-    }
+namespace {
 
-    bool next(TextStretch &hit)
-    {
-        while (const std::optional<TextStretch> match = nextMatch()) {
-            if (isWithinOneCell(m_page, *match)) {
-                hit = *match;
-                return true;
-            }
-            m_position = m_matchedAt + 1;
-        }
-        return false;
-    }
+/// Enough that each costs next to nothing, and few enough that they are still in the processor's
+/// cache when they are searched.
+constexpr int kPagesPerBlock = 128;
 
-private:
-    std::optional<TextStretch> nextMatch()
-    {
-        const SearchNeedle &needle = m_search.m_needle;
-        m_matchedAt = m_keepsLength ? needle.findIn(m_page.text, m_position, m_folding)
-                                    : needle.findInFolded(m_folded.text, m_position);
-        if (m_matchedAt < 0)
-            return std::nullopt;
-        m_position = m_matchedAt + needle.size();
-        if (m_keepsLength)
-            return TextStretch{quint32(m_matchedAt), quint32(m_position)};
-        // Of a ligature's letters the first may match alone: the whole ligature is marked, once.
-        const std::vector<quint32> &origins = m_folded.origins;
-        const quint32 end
-            = std::max(origins[size_t(m_position)], origins[size_t(m_position) - 1] + 1);
-        while (origins[size_t(m_position)] < end)
-            ++m_position;
-        return TextStretch{origins[size_t(m_matchedAt)], end};
-    }
-
-    const DocumentSearch &m_search;
-    const Page &m_page;
-    const SearchFolding &m_folding;
-    bool m_keepsLength;
-    SearchFolding::Folded m_folded;
-    qsizetype m_position = 0;
-    qsizetype m_matchedAt = 0;
-};
+} // namespace
 
 void DocumentSearch::setDocument(DocumentPtr document)
 {
     m_document = std::move(document);
-    const size_t pages = m_document ? m_document->pages.size() : 0;
-    m_kinds.assign(pages, PageKind::Unknown);
+    m_counts.clear();
+    forgetText();
     start({}, m_rule, 0);
 }
 
 void DocumentSearch::start(const QString &text, CaseRule rule, int fromPage)
 {
-    m_rule = rule;
-    m_needle = SearchNeedle(m_folding.fold(text, rule).text, rule);
+    setRule(rule);
+    m_pattern = SearchPattern(m_folding.fold(text, rule).text);
     m_counts.assign(m_document ? m_document->pages.size() : 0, 0);
     m_startPage = std::max(0, fromPage);
     m_firstPage = -1;
     m_hitCount = 0;
-    m_done = m_needle.isEmpty() ? int(m_counts.size()) : 0;
+    m_done = m_pattern.isEmpty() ? int(m_counts.size()) : 0;
+}
+
+bool DocumentSearch::prepare(CaseRule rule, qsizetype letters)
+{
+    setRule(rule);
+    for (size_t i = 0; i < m_blocks.size(); ++i) {
+        if (letters <= 0)
+            return false;
+        if (!m_blocks[i])
+            letters -= block(int(i) * kPagesPerBlock).size();
+    }
+    return true;
+}
+
+void DocumentSearch::setRule(CaseRule rule)
+{
+    if (rule != m_rule)
+        forgetText();
+    m_rule = rule;
+}
+
+void DocumentSearch::forgetText()
+{
+    const size_t pages = m_document ? m_document->pages.size() : 0;
+    m_blocks.clear();
+    m_blocks.resize((pages + kPagesPerBlock - 1) / kPagesPerBlock);
+}
+
+const FoldedPages &DocumentSearch::block(int page)
+{
+    std::optional<FoldedPages> &block = m_blocks[size_t(page / kPagesPerBlock)];
+    if (!block) {
+        const auto first = size_t(page - page % kPagesPerBlock);
+        const std::span all(m_document->pages);
+        block.emplace(all.subspan(first, std::min<size_t>(kPagesPerBlock, all.size() - first)),
+            m_folding, m_rule);
+    }
+    return *block;
 }
 
 void DocumentSearch::work(qsizetype letters)
 {
     const auto pages = int(m_counts.size());
-    for (; letters > 0 && m_done < pages; ++m_done) {
-        const int page = (m_startPage + m_done) % pages;
-        letters -= m_document->pages[size_t(page)].text.size() + 1;
-        const qsizetype count = countOn(page);
-        m_counts[size_t(page)] = quint32(count);
-        m_hitCount += count;
-        if (count > 0 && m_firstPage < 0)
-            m_firstPage = page;
+    while (letters > 0 && m_done < pages) {
+        const int from = (m_startPage + m_done) % pages;
+        const int last = std::min(
+            {pages, from + pages - m_done, from - from % kPagesPerBlock + kPagesPerBlock});
+        int to = from;
+        for (; letters > 0 && to < last; ++to)
+            letters -= m_document->pages[size_t(to)].text.size() + 1;
+        count(from, to);
+        m_done += to - from;
     }
 }
 
@@ -99,18 +92,21 @@ void DocumentSearch::finish()
     work(std::numeric_limits<qsizetype>::max());
 }
 
-qsizetype DocumentSearch::countOn(int page)
+void DocumentSearch::count(int from, int to)
 {
-    PageKind &kind = m_kinds[size_t(page)];
-    if (kind == PageKind::Unknown) {
-        const bool keeps = m_folding.keepsLength(m_document->pages[size_t(page)].text);
-        kind = keeps ? PageKind::KeepsLength : PageKind::Other;
+    const int first = from - from % kPagesPerBlock;
+    block(from).find(m_pattern, from - first, to - first, [&](int page, TextStretch match) {
+        const auto index = size_t(first + page);
+        if (!isWithinOneCell(m_document->pages[index], match))
+            return false;
+        ++m_counts[index];
+        ++m_hitCount;
+        return true;
+    });
+    for (int page = from; m_firstPage < 0 && page < to; ++page) {
+        if (m_counts[size_t(page)] > 0)
+            m_firstPage = page;
     }
-    qsizetype count = 0;
-    Scan scan(*this, page);
-    for (TextStretch hit; scan.next(hit);)
-        ++count;
-    return count;
 }
 
 std::vector<TextStretch> DocumentSearch::hitsOn(int page) const
@@ -119,9 +115,14 @@ std::vector<TextStretch> DocumentSearch::hitsOn(int page) const
     if (!isActive() || m_counts[size_t(page)] == 0)
         return hits;
     hits.reserve(m_counts[size_t(page)]);
-    Scan scan(*this, page);
-    for (TextStretch hit; scan.next(hit);)
-        hits.push_back(hit);
+    const int inBlock = page % kPagesPerBlock;
+    m_blocks[size_t(page / kPagesPerBlock)]->find(
+        m_pattern, inBlock, inBlock + 1, [&](int, TextStretch match) {
+            if (!isWithinOneCell(m_document->pages[size_t(page)], match))
+                return false;
+            hits.push_back(match);
+            return true;
+        });
     return hits;
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/preview/page_text.h"
-#include "platform/preview/search_needle.h"
+#include "platform/preview/folded_pages.h"
 
 #include <optional>
 
@@ -18,8 +17,9 @@ struct SearchHit
 };
 
 /// Searches all pages of a document for a text, a portion at a time, beginning where the reader is.
-/// Only counts are kept; the hits of a page are found again when they are needed. A hit lies within
-/// one cell or paragraph, line breaks do not matter.
+/// The pages' folded text is kept, a byte a letter as a rule, for further searches by the same case
+/// rule. Of the hits only counts are; those of a page are found again when they are needed. A hit
+/// lies within one cell or paragraph, line breaks do not matter.
 class DocumentSearch
 {
 public:
@@ -27,8 +27,11 @@ public:
     /// @param fromPage where the reader is
     void start(const QString &text, CaseRule rule, int fromPage);
 
+    /// Folds about so many letters ahead of a search; whether all are folded.
+    bool prepare(CaseRule rule, qsizetype letters);
+
     /// Whether there is anything to search for.
-    bool isActive() const { return !m_needle.isEmpty() && !m_counts.empty(); }
+    bool isActive() const { return !m_pattern.isEmpty() && !m_counts.empty(); }
     bool isFinished() const { return m_done == int(m_counts.size()); }
     /// Searches on, through about so many letters.
     void work(qsizetype letters);
@@ -48,10 +51,10 @@ public:
     qint64 numberOf(const SearchHit &hit) const;
 
 private:
-    enum class PageKind : quint8 { Unknown, KeepsLength, Other };
-    class Scan;
-
-    qsizetype countOn(int page);
+    void setRule(CaseRule rule);
+    void forgetText();
+    const FoldedPages &block(int page);
+    void count(int from, int to);
     SearchHit hitAt(int page, const std::vector<TextStretch> &hits, size_t index) const;
     qint64 countBefore(int page) const;
     std::optional<SearchHit> neighbour(const SearchHit &hit, int step);
@@ -59,8 +62,8 @@ private:
     DocumentPtr m_document;
     CaseRule m_rule = CaseRule::Ignore;
     SearchFolding m_folding;
-    std::vector<PageKind> m_kinds; ///< found once per document
-    SearchNeedle m_needle;
+    std::vector<std::optional<FoldedPages>> m_blocks; ///< by the case rule; empty: not yet folded
+    SearchPattern m_pattern;
     std::vector<quint32> m_counts; ///< hits by page
     int m_startPage = 0;
     int m_done = 0; ///< pages, counted from m_startPage round the end

@@ -87,6 +87,8 @@ void FindBox::start()
 
 bool FindBox::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::FocusIn)
+        m_preview->finder().prepare(caseRule());
     if (event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
     const auto *key = static_cast<QKeyEvent *>(event);
@@ -115,10 +117,14 @@ QToolButton *FindBox::addButton(const QString &objectName)
     return button;
 }
 
+CaseRule FindBox::caseRule() const
+{
+    return m_matchCase->isChecked() ? CaseRule::Match : CaseRule::Ignore;
+}
+
 void FindBox::find()
 {
-    const CaseRule rule = m_matchCase->isChecked() ? CaseRule::Match : CaseRule::Ignore;
-    m_preview->finder().find(m_text->text(), rule, m_preview->currentPage());
+    m_preview->finder().find(m_text->text(), caseRule(), m_preview->currentPage());
 }
 
 /// Says so where the search went on beyond an end. Of two hits either way is the same.

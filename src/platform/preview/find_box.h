@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/preview/search_folding.h"
+
 #include <QtWidgets/QWidget>
 
 class QLabel;
@@ -27,6 +29,7 @@ protected:
 
 private:
     QToolButton *addButton(const QString &objectName);
+    CaseRule caseRule() const;
     void find();
     QString hitText();
     void showState();

@@ -13,10 +13,13 @@ PreviewFinder::PreviewFinder(QObject *parent)
 {
     m_work.setInterval(0);
     connect(&m_work, &QTimer::timeout, this, &PreviewFinder::workOn);
+    m_preparation.setInterval(0);
+    connect(&m_preparation, &QTimer::timeout, this, &PreviewFinder::prepareOn);
 }
 
 void PreviewFinder::setDocument(const DocumentPtr &document)
 {
+    m_preparation.stop();
     m_search.setDocument(document);
     m_reach = Reach::Stay;
     start(0);
@@ -28,6 +31,14 @@ void PreviewFinder::find(const QString &text, CaseRule rule, int fromPage)
     m_rule = rule;
     m_reach = Reach::Show;
     start(fromPage);
+}
+
+void PreviewFinder::prepare(CaseRule rule)
+{
+    if (isActive())
+        return;
+    m_rule = rule;
+    m_preparation.start();
 }
 
 void PreviewFinder::findNext()
@@ -61,6 +72,12 @@ void PreviewFinder::workOn()
     Q_EMIT changed();
     if (isFirst && m_reach == Reach::Show)
         Q_EMIT hitReached(*m_current);
+}
+
+void PreviewFinder::prepareOn()
+{
+    if (isActive() || m_search.prepare(m_rule, kLettersAtOnce))
+        m_preparation.stop();
 }
 
 void PreviewFinder::step(std::optional<SearchHit> (DocumentSearch::*neighbour)(const SearchHit &))

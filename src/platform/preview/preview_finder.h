@@ -21,6 +21,9 @@ public:
     /// Looks for a text and makes the first hit from a page on the current one. Empty: ends the
     /// search.
     void find(const QString &text, CaseRule rule, int fromPage);
+    /// Someone is about to search: what a first search takes longer is done meanwhile, between the
+    /// events of the window.
+    void prepare(CaseRule rule);
     void findNext();
     void findPrevious();
 
@@ -41,10 +44,12 @@ private:
 
     void start(int fromPage);
     void workOn();
+    void prepareOn();
     void step(std::optional<SearchHit> (DocumentSearch::*neighbour)(const SearchHit &));
 
     DocumentSearch m_search;
     QTimer m_work;
+    QTimer m_preparation;
     QString m_text;
     CaseRule m_rule = CaseRule::Ignore;
     Reach m_reach = Reach::Stay; ///< what the first hit does

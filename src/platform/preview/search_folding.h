@@ -3,11 +3,24 @@
 #include <QtCore/QString>
 
 #include <array>
+#include <span>
+#include <string>
 #include <vector>
 
 namespace corvane {
 
 enum class CaseRule { Ignore, Match };
+
+/// From a folded letter on, the letters come from those at and behind an offset of the text, one
+/// from each, up to the next step.
+struct OriginStep
+{
+    quint32 folded = 0;
+    quint32 origin = 0;
+};
+
+/// The offset in the text of a folded letter, or of the end. Without steps they are the same.
+quint32 originOf(std::span<const OriginStep> steps, quint32 folded);
 
 /// Text as search compares it: without accents, ligatures and typographic signs taken apart, every
 /// run of blanks one blank, and unless the case is to match, case-folded. Decompositions are those
@@ -15,30 +28,37 @@ enum class CaseRule { Ignore, Match };
 class SearchFolding
 {
 public:
-    SearchFolding();
+    /// No folded text has it: a soft hyphen is left out.
+    static constexpr char16_t kSeparator = 0xad;
 
-    /// Whether each letter of a text folds to one letter under either rule, so that offsets stay
-    /// what they are.
-    bool keepsLength(QStringView text);
-    /// The fold of a letter of a text that keeps its length and was asked about.
-    char16_t letter(char16_t c, CaseRule rule) const { return m_letters[size_t(rule)][c]; }
+    SearchFolding();
 
     struct Folded
     {
         std::u16string text;
-        std::vector<quint32>
-            origins; ///< offset in the text of each folded letter, and of the text's end
+        std::vector<OriginStep> steps;
     };
     Folded fold(QStringView text, CaseRule rule) const;
 
+    /// Appends a text to others that are folded already, with its steps, which count from its own
+    /// beginning. False, and nothing appended: a folded letter has no place in a byte.
+    bool append(QStringView text, CaseRule rule, std::string &out, std::vector<OriginStep> &steps);
+    bool append(
+        QStringView text, CaseRule rule, std::u16string &out, std::vector<OriginStep> &steps);
+
 private:
     static constexpr char16_t kOtherLength = 0xffff; ///< no character, by the standard
+    template <typename Text> class Writer;
 
-    bool keepLength(QStringView text);
+    template <typename Put>
+    qsizetype foldAt(QStringView text, qsizetype at, CaseRule rule, Put put) const;
+    template <typename Text>
+    bool appendTo(QStringView text, CaseRule rule, Text &out, std::vector<OriginStep> &steps);
     void learn(int row);
 
     std::array<bool, 256> m_known{}; ///< rows of 256 letters
-    std::array<std::vector<char16_t>, 2> m_letters; ///< by rule
+    /// By rule, what a letter folds to; kOtherLength: to none, to several, or its row is not known.
+    std::array<std::vector<char16_t>, 2> m_letters;
 };
 
 } // namespace corvane
