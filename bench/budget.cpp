@@ -23,7 +23,7 @@ QString Budget::figure(double value)
 std::vector<Budget> readBudgets(const QByteArray &json)
 {
     std::vector<Budget> budgets;
-    for (const QJsonValue &row : QJsonDocument::fromJson(json).array()) {
+    for (const QJsonValue row : QJsonDocument::fromJson(json).array()) {
         Budget budget{row[u"name"].toString(), row[u"work"].toString(), {}, row[u"unit"].toString(),
             row[u"full"].toBool()};
         if (row[u"budget"].isDouble())

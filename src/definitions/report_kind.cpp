@@ -12,7 +12,7 @@ namespace corvane {
 namespace {
 
 constexpr qint64 kMarkerBytes = 60;
-constexpr qint64 kMegabyte = 1024 * 1024;
+constexpr qint64 kMegabyte = qint64(1024) * 1024;
 
 QByteArray firstBytes(const QString &path)
 {

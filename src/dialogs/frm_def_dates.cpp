@@ -33,7 +33,7 @@ constexpr std::array<const char *, kCalendarRanges.size()> kRangeCaptions {
 
 } // namespace
 
-frmDefDates::frmDefDates(ReportHost &host, MessageBoxes &boxes, int dateOrder, std::function<QDate()> today, QWidget *parent)
+frmDefDates::frmDefDates(ReportHost &host, MessageBoxes &boxes, int dateOrder, const std::function<QDate()> &today, QWidget *parent)
     : QDialog(parent)
     , m_host(host)
     , m_boxes(boxes)

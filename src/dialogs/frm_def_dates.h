@@ -23,7 +23,7 @@ class frmDefDates : public QDialog
 
 public:
     /// Starts from the host's dates; on "Ok" writes the confirmed ones back to it.
-    frmDefDates(ReportHost &host, MessageBoxes &boxes, int dateOrder, std::function<QDate()> today, QWidget *parent);
+    frmDefDates(ReportHost &host, MessageBoxes &boxes, int dateOrder, const std::function<QDate()> &today, QWidget *parent);
 
 private:
     void buildForm(int dateOrder);

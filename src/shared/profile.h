@@ -40,7 +40,7 @@ public:
 };
 
 /// Files beyond this, and whatever is no regular file (a pipe or a device may never end), read as empty.
-inline constexpr qint64 kLargestProfile = 64 * 1024 * 1024;
+inline constexpr qint64 kLargestProfile = qint64(64) * 1024 * 1024;
 
 /// A profile ("INI") text read once: sections in brackets, key=value lines, ";" comment lines.
 /// Names ignore case and blanks around them, values keep theirs; one matching pair of quotes around a

@@ -2,6 +2,8 @@
 
 #include "platform/preview/search_folding.h"
 
+#include <QtCore/QList>
+
 #include <algorithm>
 
 namespace corvane {

@@ -346,8 +346,10 @@ void tst_pdf::sameDocumentSameBytes()
         options.threads = threads;
         Document document = reportDocument(60);
         QImage noise(1200, 1200, QImage::Format_RGB32); // takes longer than the pages that come behind it
-        for (int i = 0; i < noise.width() * noise.height(); ++i)
-            noise.setPixel(i % noise.width(), i / noise.width(), qRgb(i * 7919 >> 3, i * 104'729 >> 5, i * 31));
+        for (int i = 0; i < noise.width() * noise.height(); ++i) {
+            const quint32 n(i); // wraps, as a signed number must not
+            noise.setPixel(i % noise.width(), i / noise.width(), qRgb(int(n * 7919 >> 3), int(n * 104'729 >> 5), int(n * 31)));
+        }
         document.pictures.push_back({noise, {}});
         document.pages.front().pictures.push_back({1440, 9000, 2000, 2000, 0, QStringLiteral("noise")});
         QFile file(write(document, options));

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/allocator_interface.h>
-#else
+#if !defined(__SANITIZE_ADDRESS__)
 #include <malloc.h>
 #endif
 
@@ -49,15 +47,21 @@ qint64 Allocations::peak() const
 
 #if defined(__SANITIZE_ADDRESS__)
 
-// Called by the sanitizer's own malloc.
-extern "C" void __sanitizer_malloc_hook(const volatile void *, size_t size)
+// Called by the sanitizer's own malloc. Their header, sanitizer/allocator_interface.h, comes with
+// clang only.
+extern "C" {
+
+size_t __sanitizer_get_allocated_size(const volatile void *block);
+
+void __sanitizer_malloc_hook(const volatile void *, size_t size)
 {
     note(qint64(size));
 }
 
-extern "C" void __sanitizer_free_hook(const volatile void *block)
+void __sanitizer_free_hook(const volatile void *block)
 {
-    living -= qint64(__sanitizer_get_allocated_size(const_cast<const void *>(block)));
+    living -= qint64(__sanitizer_get_allocated_size(block));
+}
 }
 
 #else

@@ -30,7 +30,7 @@ CompressionQueue::CompressionQueue(int threads)
             m_threads.emplace_back(
                 [this, i](const std::stop_token &stop) { serve(stop, *m_compressors[i]); });
     } catch (const std::system_error &) {
-        // The system has no more threads to give: those that are there do the work.
+        // Deliberate: the system has no more threads to give, and those that are there do the work.
     }
 }
 

@@ -56,6 +56,29 @@ bool refusesCertificate(const Environment &environment, const Session &failed,
         == FailureCause::Logon;
 }
 
+/// The statement of one query, for whoever wants to stop it from another thread. One of each query:
+/// a late request must not reach the next.
+class Stoppable
+{
+public:
+    void setStatement(SQLHSTMT handle)
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_statement = handle;
+    }
+    /// Asks the server to leave the query, if it runs.
+    void cancel()
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (m_statement)
+            SQLCancel(m_statement);
+    }
+
+private:
+    std::mutex m_mutex;
+    SQLHSTMT m_statement = nullptr; ///< guarded by m_mutex
+};
+
 /// An open session and what a query on it needs; closed when nobody uses it any more.
 class Link
 {
@@ -64,9 +87,7 @@ public:
     ~Link() { SQLDisconnect(m_session.get()); }
     Q_DISABLE_COPY_MOVE(Link)
 
-    RowsetPtr run(const QString &sql);
-    /// Asks the server, from another thread, to leave the query that runs.
-    void cancel();
+    RowsetPtr run(const QString &sql, Stoppable &query);
 
 private:
     template <typename AnyHandle> DatabaseError failure(const AnyHandle &handle) const
@@ -80,8 +101,6 @@ private:
     TimeOuts m_timeOuts;
     Environment m_environment;
     Session m_session;
-    std::mutex m_mutex;
-    SQLHSTMT m_running = nullptr; ///< guarded by m_mutex
 };
 
 Link::Link(const QString &driver, const ConnectionText &text, TimeOuts timeOuts)
@@ -100,24 +119,13 @@ Link::Link(const QString &driver, const ConnectionText &text, TimeOuts timeOuts)
     throw failure(m_session);
 }
 
-void Link::cancel()
-{
-    const std::lock_guard lock(m_mutex);
-    if (m_running)
-        SQLCancel(m_running);
-}
-
-RowsetPtr Link::run(const QString &sql)
+RowsetPtr Link::run(const QString &sql, Stoppable &query)
 {
     const Statement statement(m_session.get());
     if (!statement)
         throw failure(m_session);
-    const auto setRunning = [this](SQLHSTMT handle) {
-        const std::lock_guard lock(m_mutex);
-        m_running = handle;
-    };
-    setRunning(statement.get());
-    const auto ended = qScopeGuard([&] { setRunning(nullptr); });
+    query.setStatement(statement.get());
+    const auto ended = qScopeGuard([&] { query.setStatement(nullptr); });
     if (m_timeOuts.query > 0)
         SQLSetStmtAttrW(
             statement.get(), SQL_ATTR_QUERY_TIMEOUT, attribute(SQLULEN(m_timeOuts.query)), 0);
@@ -142,7 +150,7 @@ public:
 
 private:
     RowsetPtr queryAside(const QString &sql);
-    void watch(const std::future<RowsetPtr> &result);
+    void watch(const std::future<RowsetPtr> &result, const std::shared_ptr<Stoppable> &query);
 
     TimeOuts m_timeOuts;
     std::shared_ptr<Link> m_link; ///< null once it was given up
@@ -156,32 +164,40 @@ RowsetPtr OdbcDriver::query(const QString &sql)
         throw DatabaseError(kConnectionError,
             QStringLiteral("The connection was given up because the server did not answer."),
             FailureCause::Lost);
-    return m_timeOuts.query == 0 && !m_watch ? m_link->run(sql) : queryAside(sql);
+    if (m_timeOuts.query > 0 || m_watch)
+        return queryAside(sql);
+    Stoppable nobodyStopsIt;
+    return m_link->run(sql, nobodyStopsIt);
 }
 
-/// On a thread of its own, so that somebody can watch, and because some drivers ask the server to mind the
-/// time: with one that fell silent the call never ends. The thread keeps the session and is left alone then.
+/// On a thread of its own, so that somebody can watch, and because some drivers ask the server to
+/// mind the time: with one that fell silent the call never ends. The thread keeps the session and
+/// is left alone then.
 RowsetPtr OdbcDriver::queryAside(const QString &sql)
 {
-    std::packaged_task<RowsetPtr()> task([link = m_link, sql] { return link->run(sql); });
+    const auto query = std::make_shared<Stoppable>();
+    std::packaged_task<RowsetPtr()> task(
+        [link = m_link, sql, query] { return link->run(sql, *query); });
     std::future<RowsetPtr> result = task.get_future();
     std::thread(std::move(task)).detach();
     const auto start = std::chrono::steady_clock::now();
     const auto most = std::chrono::seconds(m_timeOuts.query) + kGrace;
     while (result.wait_for(kTurn) != std::future_status::ready) {
-        watch(result);
+        watch(result, query);
         if (m_timeOuts.query == 0 || std::chrono::steady_clock::now() - start < most)
             continue;
         m_link.reset();
         throw DatabaseError(kConnectionError,
-            QStringLiteral("The server did not answer within %1 seconds, nor to the request to stop.")
+            QStringLiteral(
+                "The server did not answer within %1 seconds, nor to the request to stop.")
                 .arg(m_timeOuts.query),
             FailureCause::TimeOut);
     }
     return result.get();
 }
 
-void OdbcDriver::watch(const std::future<RowsetPtr> &result)
+void OdbcDriver::watch(
+    const std::future<RowsetPtr> &result, const std::shared_ptr<Stoppable> &query)
 {
     if (!m_watch)
         return;
@@ -189,7 +205,7 @@ void OdbcDriver::watch(const std::future<RowsetPtr> &result)
         m_watch();
     } catch (...) {
         // Some drivers reach a silent server for this no more than for the query.
-        std::thread([link = m_link] { link->cancel(); }).detach();
+        std::thread([query] { query->cancel(); }).detach();
         if (result.wait_for(kCancelled) != std::future_status::ready)
             m_link.reset();
         throw;
