@@ -55,7 +55,7 @@ std::optional<QByteArray> readable(const QString &file)
     return source.error() == QFile::NoError ? std::optional(bytes) : std::nullopt;
 }
 
-QByteArray untilNul(const QByteArray &bytes)
+QByteArrayView untilNul(QByteArrayView bytes)
 {
     const qsizetype nul = bytes.indexOf('\0');
     return nul < 0 ? bytes : bytes.first(nul);
@@ -119,8 +119,7 @@ bool sameProfileName(QStringView one, QStringView other)
 
 ProfileEncoding profileEncoding(const QString &file, QByteArrayView bytes)
 {
-    if (const qsizetype nul = bytes.indexOf('\0'); nul >= 0)
-        bytes.truncate(nul); // what is not read says nothing about the rest
+    bytes = untilNul(bytes); // what is not read says nothing about the rest
     if (QFileInfo(file).fileName().compare(u"corvane.ini", Qt::CaseInsensitive) == 0)
         return ProfileEncoding::Windows1252;
     if (bytes.startsWith(kUtf8Mark))
@@ -148,7 +147,7 @@ QString decodeProfile(QByteArrayView bytes, ProfileEncoding encoding)
 
 QString profileText(const QString &file, const QByteArray &bytes)
 {
-    const QByteArray text = untilNul(bytes);
+    const QByteArrayView text = untilNul(bytes);
     return decodeProfile(text, profileEncoding(file, text));
 }
 
