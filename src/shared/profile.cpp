@@ -55,12 +55,6 @@ std::optional<QByteArray> readable(const QString &file)
     return source.error() == QFile::NoError ? std::optional(bytes) : std::nullopt;
 }
 
-QByteArrayView untilNul(QByteArrayView bytes)
-{
-    const qsizetype nul = bytes.indexOf('\0');
-    return nul < 0 ? bytes : bytes.first(nul);
-}
-
 Profile readProfile(const QString &file)
 {
     return Profile(profileText(file, readable(file).value_or(QByteArray())));
@@ -115,6 +109,12 @@ bool sameProfileName(QStringView one, QStringView other)
         return true;
     const auto isAscii = [](QStringView name) { return std::ranges::all_of(name, [](QChar c) { return c.unicode() < 0x80; }); };
     return !(isAscii(one) && isAscii(other)) && folded(one) == folded(other); // "ß" folds to two letters
+}
+
+QByteArrayView untilNul(QByteArrayView bytes)
+{
+    const qsizetype nul = bytes.indexOf('\0');
+    return nul < 0 ? bytes : bytes.first(nul);
 }
 
 ProfileEncoding profileEncoding(const QString &file, QByteArrayView bytes)

@@ -61,6 +61,9 @@ private:
     QHash<QString, QHash<QString, QString>> m_sections;
 };
 
+/// The part of a file's bytes that is read: a NUL ends it.
+QByteArrayView untilNul(QByteArrayView bytes);
+
 /// How a profile's bytes are to be read: UTF-8 when they start with its mark or hold valid multi-byte
 /// UTF-8, else Windows-1252. `corvane.ini` is always Windows-1252.
 enum class ProfileEncoding { Windows1252, Utf8, Utf8WithMark };

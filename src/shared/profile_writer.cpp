@@ -41,12 +41,10 @@ class PlaceFinder : private ProfileObserver
 {
 public:
     PlaceFinder(QByteArrayView bytes, ProfileEncoding encoding, QStringView section, QStringView key)
-        : m_bytes(bytes)
+        : m_bytes(untilNul(bytes))
         , m_section(section)
         , m_key(key)
     {
-        if (const qsizetype nul = m_bytes.indexOf('\0'); nul >= 0)
-            m_bytes.truncate(nul);
         const Profile profile(decodeProfile(m_bytes, encoding), this);
         if (!m_place.sectionFound)
             m_place.begin = m_place.end = m_bytes.size();
