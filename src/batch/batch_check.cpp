@@ -1,6 +1,7 @@
 #include "batch/batch_check.h"
 
 #include "batch/batch_run.h"
+#include "batch/console.h"
 #include "batch/console_host.h"
 #include "batch/report_name.h"
 #include "definitions/checker/definition_check.h"
@@ -14,8 +15,6 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
-
-#include <cstdio>
 
 namespace corvane {
 
@@ -77,11 +76,8 @@ private:
         const std::vector<Finding> findings = m_state.loggedOn
             ? checkDefinition(path, m_state, m_host.dateFrom().text)
             : checkDefinition(path, configuredSecond(m_options.folder));
-        for (const Finding &finding : findings) {
-            const QByteArray line
-                = findingLine(QDir::toNativeSeparators(path), finding).toLocal8Bit() + '\n';
-            std::fwrite(line.constData(), 1, size_t(line.size()), stdout);
-        }
+        for (const Finding &finding : findings)
+            writeConsole(stdout, findingLine(QDir::toNativeSeparators(path), finding) + u'\n');
         return !hasErrors(findings);
     }
 

@@ -1,6 +1,7 @@
 #include "batch/batch_run.h"
 
 #include "batch/batch_dialogs.h"
+#include "batch/console.h"
 #include "batch/console_host.h"
 #include "batch/report_name.h"
 #include "definitions/report_kind.h"
