@@ -1,10 +1,10 @@
 #include "batch/batch_check.h"
 
 #include "batch/batch_run.h"
-#include "batch/console.h"
 #include "batch/console_host.h"
 #include "batch/report_name.h"
 #include "definitions/checker/definition_check.h"
+#include "platform/process/console.h"
 #include "session/logon.h"
 #include "session/report_list.h"
 #include "session/startup.h"

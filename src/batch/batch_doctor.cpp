@@ -1,9 +1,9 @@
 #include "batch/batch_doctor.h"
 
 #include "batch/batch_run.h"
-#include "batch/console.h"
 #include "platform/database/connection.h"
 #include "platform/database/error.h"
+#include "platform/process/console.h"
 #include "session/configuration.h"
 #include "shared/connection_doctor.h"
 #include "shared/profile.h"

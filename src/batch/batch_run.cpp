@@ -1,7 +1,6 @@
 #include "batch/batch_run.h"
 
 #include "batch/batch_dialogs.h"
-#include "batch/console.h"
 #include "batch/console_host.h"
 #include "batch/report_name.h"
 #include "definitions/report_kind.h"
@@ -11,6 +10,7 @@
 #include "platform/pdf/pdf_writer.h"
 #include "platform/printing/print_error.h"
 #include "platform/printing/print_queue.h"
+#include "platform/process/console.h"
 #include "render/report_run.h"
 #include "session/logon.h"
 #include "session/patient_search.h"

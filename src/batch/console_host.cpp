@@ -1,7 +1,7 @@
 #include "batch/console_host.h"
 
-#include "batch/console.h"
 #include "platform/dates/date_text.h"
+#include "platform/process/console.h"
 
 namespace corvane {
 

@@ -2,7 +2,7 @@
 #include "batch/batch_doctor.h"
 #include "batch/batch_options.h"
 #include "batch/batch_run.h"
-#include "batch/console.h"
+#include "platform/process/console.h"
 #include "shared/core_dumps.h"
 #include "shared/dates.h"
 

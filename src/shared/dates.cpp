@@ -1,5 +1,9 @@
 #include "shared/dates.h"
 
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#endif
+
 namespace corvane {
 
 namespace {
@@ -29,6 +33,26 @@ int orderOf(const QString &format)
     return month < day ? 0 : 1;
 }
 
+#ifdef Q_OS_WIN
+
+/// The order that the computer is set to, which is every user's; users may have set a format of their own.
+QString systemDateOrder()
+{
+    wchar_t order[2] {};
+    return GetLocaleInfoW(GetSystemDefaultLCID(), LOCALE_IDATE, order, int(std::size(order))) ? QString::fromWCharArray(order) : QString();
+}
+
+#endif
+
+QString dateOrder(const QLocale &locale)
+{
+#ifdef Q_OS_WIN
+    if (locale == QLocale::system())
+        return systemDateOrder();
+#endif
+    return QString::number(orderOf(shortDateFormat(locale)));
+}
+
 QString secondsFormat(const QLocale &locale)
 {
     QString format = isPlain(locale) ? QStringLiteral("h:mm AP") : locale.timeFormat(QLocale::ShortFormat);
@@ -45,7 +69,7 @@ QString getLocaleValue(const QLocale &locale, int item)
     case ShortDateFormat:
         return shortDateFormat(locale);
     case ShortDateOrder:
-        return QString::number(orderOf(shortDateFormat(locale)));
+        return dateOrder(locale);
     case TimeFormat:
         return secondsFormat(locale);
     default:

@@ -1,11 +1,11 @@
 #include "platform/controls/clear_outlines.h"
-#include "platform/controls/first_paint.h"
 #include "platform/controls/colours.h"
+#include "platform/controls/first_paint.h"
 #include "platform/controls/icons.h"
 #include "platform/desktop/system_desktop.h"
+#include "platform/process/single_instance.h"
 #include "shared/core_dumps.h"
 #include "shell/frm_cvr_main.h"
-#include "shell/single_instance.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>

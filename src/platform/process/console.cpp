@@ -1,4 +1,4 @@
-#include "batch/console.h"
+#include "platform/process/console.h"
 
 #include <QtCore/QStringDecoder>
 

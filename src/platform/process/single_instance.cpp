@@ -1,4 +1,4 @@
-#include "shell/single_instance.h"
+#include "platform/process/single_instance.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDir>
