@@ -2,6 +2,7 @@
 #include "batch/batch_doctor.h"
 #include "batch/batch_options.h"
 #include "batch/batch_run.h"
+#include "platform/composer/shipped_fonts.h"
 #include "platform/process/console.h"
 #include "shared/core_dumps.h"
 #include "shared/dates.h"
@@ -55,6 +56,7 @@ int main(int argc, char **argv)
     qInstallMessageHandler(keepLibrariesQuiet);
     const QString variable = takePasswordVariable();
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    findSystemFonts();
     QGuiApplication application(argc, argv);
     const QLocale locale = QLocale::system();
     const QStringList arguments = QCoreApplication::arguments();

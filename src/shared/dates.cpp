@@ -1,8 +1,6 @@
 #include "shared/dates.h"
 
-#ifdef Q_OS_WIN
-#include <qt_windows.h>
-#endif
+#include "platform/dates/computer_date_order.h"
 
 namespace corvane {
 
@@ -33,23 +31,12 @@ int orderOf(const QString &format)
     return month < day ? 0 : 1;
 }
 
-#ifdef Q_OS_WIN
-
-/// The order that the computer is set to, which is every user's; users may have set a format of their own.
-QString systemDateOrder()
-{
-    wchar_t order[2] {};
-    return GetLocaleInfoW(GetSystemDefaultLCID(), LOCALE_IDATE, order, int(std::size(order))) ? QString::fromWCharArray(order) : QString();
-}
-
-#endif
-
 QString dateOrder(const QLocale &locale)
 {
-#ifdef Q_OS_WIN
-    if (locale == QLocale::system())
-        return systemDateOrder();
-#endif
+    if (locale == QLocale::system()) {
+        if (const auto order = computerDateOrder())
+            return QString::number(int(*order));
+    }
     return QString::number(orderOf(shortDateFormat(locale)));
 }
 
