@@ -56,8 +56,10 @@ public:
                 return ExitStatus::Refused;
         }
         bool sound = true;
-        for (const QString &report : m_options.reports)
-            sound = check(report) && sound;
+        for (const QString &name : m_options.reports) {
+            for (const QString &report : expandedName(name))
+                sound = check(report) && sound;
+        }
         return sound ? ExitStatus::Done : ExitStatus::ReportFailed;
     }
 
