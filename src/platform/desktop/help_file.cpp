@@ -3,7 +3,6 @@
 #include <QtCore/QDir>
 #include <QtWidgets/QWidget>
 #ifdef Q_OS_WIN
-#include <QtCore/QLibrary>
 #include <qt_windows.h>
 #endif
 
@@ -15,9 +14,11 @@ bool showCompiledHelp(QWidget *owner, const QString &path, int context)
 {
     using HtmlHelp = HWND(WINAPI *)(HWND, const wchar_t *, UINT, DWORD_PTR);
     constexpr UINT kShowTopicByContext = 15;
-    // Part of the system, but not of every edition of it: asked for only when somebody wants help.
+    // Part of the system, but not of every edition of it: asked for only when somebody wants help, and nowhere but in
+    // the system's own folder.
+    static const HMODULE engine = LoadLibraryExW(L"hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
     static const auto htmlHelp
-        = reinterpret_cast<HtmlHelp>(QLibrary::resolve(QStringLiteral("hhctrl.ocx"), "HtmlHelpW"));
+        = engine ? reinterpret_cast<HtmlHelp>(reinterpret_cast<void *>(GetProcAddress(engine, "HtmlHelpW"))) : nullptr;
     if (!htmlHelp)
         return false;
     const QString file = QDir::toNativeSeparators(path);
