@@ -162,7 +162,7 @@ bool ProfileFile::refresh()
     if (m_watch && !m_watch->hasChanged())
         return false;
     // Watched before it is read, so that a change in between is noticed the next time.
-    auto watch = std::make_unique<FileWatch>(QFile::encodeName(m_file));
+    auto watch = std::make_unique<FileWatch>(m_file);
     const auto bytes = readable(m_file);
     // Rows must not lose their columns halfway down a report because a network folder is gone.
     if (!bytes && m_watch)
@@ -178,7 +178,7 @@ QString ReadINI(const QString &file, QStringView section, QStringView key)
     static QString latestFile;
     static FileStamp latestStamp;
     static Profile latest;
-    const FileStamp stamp = fileStamp(QFile::encodeName(file));
+    const FileStamp stamp = fileStamp(file);
     if (latestFile != file || latestStamp != stamp) {
         latest = readProfile(file);
         latestFile = file;
