@@ -12,7 +12,9 @@
 #include <QtCore/QSettings>
 #include <QtWidgets/QApplication>
 
+#include <algorithm>
 #include <cstdio>
+#include <span>
 
 using namespace corvane;
 
@@ -36,14 +38,42 @@ QString programFolder(const QStringList &arguments)
     return QDir(parser.value(folder)).absolutePath();
 }
 
+bool hasScreen(int argc, char **argv)
+{
+#ifdef Q_OS_LINUX
+    const std::span arguments(argv, size_t(argc));
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")
+        || std::ranges::any_of(
+            arguments, [](const char *argument) { return QByteArrayView(argument).endsWith("-platform"); });
+#else
+    Q_UNUSED(argc)
+    Q_UNUSED(argv)
+    return true;
+#endif
+}
+
+/// Help and version need no screen. For anything else the toolkit would end the program by a crash.
+int runWithoutScreen(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    programFolder(QCoreApplication::arguments());
+    std::fputs("corvane-reporter: There is no screen to show windows on, neither DISPLAY nor WAYLAND_DISPLAY is set. "
+               "Start it on a desktop, or use corvane-batch, which needs no screen.\n",
+        stderr);
+    return 1;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     switchCoreDumpsOff();
+    QCoreApplication::setApplicationName(QStringLiteral("Corvane Reporter"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
+    if (!hasScreen(argc, argv))
+        return runWithoutScreen(argc, argv);
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Corvane Reporter"));
-    QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     showOutlinesOnDark();
     QApplication::setPalette(withReadableSelection(QApplication::palette()));
     QApplication::setWindowIcon(icon(QStringLiteral("app")));
