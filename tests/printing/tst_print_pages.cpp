@@ -1,6 +1,7 @@
 #include "platform/composer/page_composer.h"
 #include "platform/printing/print_error.h"
 #include "platform/printing/print_pages.h"
+#include "support/hindrances.h"
 #include "support/pdf_reader.h"
 #include "support/suite.h"
 
@@ -9,9 +10,6 @@
 #include <QtCore/QTemporaryDir>
 #include <QtPrintSupport/QPrinter>
 #include <QtTest/QtTest>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace corvane;
 
@@ -299,19 +297,14 @@ void tst_print_pages::failuresAreTold()
 /// A limit on the size of files stands for the disk that is full.
 void tst_print_pages::aFullDiskIsTold()
 {
-    signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    const rlimit small{2000, old.rlim_max};
     const Document document = report(3);
-    setrlimit(RLIMIT_FSIZE, &small);
     QString words;
     try {
+        const test::FullDisk full(2000);
         print(document);
     } catch (const PrintError &error) {
         words = error.message();
     }
-    setrlimit(RLIMIT_FSIZE, &old);
     QCOMPARE(words,
         QStringLiteral(
             "The report was not printed to the file \"%1\". The folder \"%2\" has no room for its "
