@@ -4,7 +4,7 @@
 #include "batch/batch_run.h"
 #include "platform/composer/shipped_fonts.h"
 #include "platform/process/console.h"
-#include "shared/core_dumps.h"
+#include "platform/process/core_dumps.h"
 #include "shared/dates.h"
 
 #include <QtGui/QGuiApplication>

@@ -3,8 +3,9 @@
 #include "platform/controls/first_paint.h"
 #include "platform/controls/icons.h"
 #include "platform/desktop/system_desktop.h"
+#include "platform/process/core_dumps.h"
+#include "platform/process/screen.h"
 #include "platform/process/single_instance.h"
-#include "shared/core_dumps.h"
 #include "shell/frm_cvr_main.h"
 
 #include <QtCore/QCommandLineParser>
@@ -36,14 +37,27 @@ QString programFolder(const QStringList &arguments)
     return QDir(parser.value(folder)).absolutePath();
 }
 
+/// Help and version need no screen. For anything else the toolkit would end the program by a crash.
+int runWithoutScreen(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    programFolder(QCoreApplication::arguments());
+    std::fputs("corvane-reporter: There is no screen to show windows on, neither DISPLAY nor WAYLAND_DISPLAY is set. "
+               "Start it on a desktop, or use corvane-batch, which needs no screen.\n",
+        stderr);
+    return 1;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     switchCoreDumpsOff();
+    QCoreApplication::setApplicationName(QStringLiteral("Corvane Reporter"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
+    if (!hasScreen(argc, argv))
+        return runWithoutScreen(argc, argv);
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Corvane Reporter"));
-    QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     showOutlinesOnDark();
     QApplication::setPalette(withReadableSelection(QApplication::palette()));
     QApplication::setWindowIcon(icon(QStringLiteral("app")));

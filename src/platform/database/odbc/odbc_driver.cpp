@@ -11,6 +11,7 @@
 #include <chrono>
 #include <future>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 namespace corvane::odbc {
@@ -136,6 +137,48 @@ RowsetPtr Link::run(const QString &sql, Stoppable &query)
     return fetchResult(m_session, statement, m_password);
 }
 
+/// A query on a thread of its own, which is waited for unless it was left alone.
+struct AsideQuery
+{
+    std::shared_ptr<Stoppable> statement = std::make_shared<Stoppable>();
+    std::future<RowsetPtr> result;
+    std::jthread thread;
+
+    bool endsWithin(std::chrono::milliseconds time) const
+    {
+        return result.wait_for(time) == std::future_status::ready;
+    }
+    /// Whether the server left the query in time.
+    bool endsCancelled() const;
+};
+
+bool AsideQuery::endsCancelled() const
+{
+    try {
+        // Some drivers reach a silent server for this no more than for the query.
+        std::thread([stopped = statement] { stopped->cancel(); }).detach();
+    } catch (const std::system_error &) {
+        return false; // no thread to ask the server from
+    }
+    return endsWithin(kCancelled);
+}
+
+AsideQuery startAside(const std::shared_ptr<Link> &link, const QString &sql)
+{
+    AsideQuery query;
+    std::packaged_task<RowsetPtr()> task(
+        [link, sql, statement = query.statement] { return link->run(sql, *statement); });
+    query.result = task.get_future();
+    try {
+        query.thread = std::jthread(std::move(task));
+    } catch (const std::system_error &) {
+        throw DatabaseError(kConnectionError,
+            QStringLiteral("The query was not started, because the system has no thread left for "
+                           "it. Close other programs and run the report again."));
+    }
+    return query;
+}
+
 class OdbcDriver final : public Driver
 {
 public:
@@ -150,7 +193,8 @@ public:
 
 private:
     RowsetPtr queryAside(const QString &sql);
-    void watch(const std::future<RowsetPtr> &result, const std::shared_ptr<Stoppable> &query);
+    void watch(AsideQuery &query);
+    void giveUp(AsideQuery &query);
 
     TimeOuts m_timeOuts;
     std::shared_ptr<Link> m_link; ///< null once it was given up
@@ -170,46 +214,46 @@ RowsetPtr OdbcDriver::query(const QString &sql)
     return m_link->run(sql, nobodyStopsIt);
 }
 
-/// On a thread of its own, so that somebody can watch, and because some drivers ask the server to
-/// mind the time: with one that fell silent the call never ends. The thread keeps the session and
-/// is left alone then.
+/// Aside, so that somebody can watch, and because some drivers ask the server to mind the time:
+/// with one that fell silent the call never ends.
 RowsetPtr OdbcDriver::queryAside(const QString &sql)
 {
-    const auto query = std::make_shared<Stoppable>();
-    std::packaged_task<RowsetPtr()> task(
-        [link = m_link, sql, query] { return link->run(sql, *query); });
-    std::future<RowsetPtr> result = task.get_future();
-    std::thread(std::move(task)).detach();
+    AsideQuery query = startAside(m_link, sql);
     const auto start = std::chrono::steady_clock::now();
     const auto most = std::chrono::seconds(m_timeOuts.query) + kGrace;
-    while (result.wait_for(kTurn) != std::future_status::ready) {
-        watch(result, query);
+    while (!query.endsWithin(kTurn)) {
+        watch(query);
         if (m_timeOuts.query == 0 || std::chrono::steady_clock::now() - start < most)
             continue;
-        m_link.reset();
+        giveUp(query);
         throw DatabaseError(kConnectionError,
             QStringLiteral(
                 "The server did not answer within %1 seconds, nor to the request to stop.")
                 .arg(m_timeOuts.query),
             FailureCause::TimeOut);
     }
-    return result.get();
+    query.thread.join(); // what it held of the session is gone with it
+    return query.result.get();
 }
 
-void OdbcDriver::watch(
-    const std::future<RowsetPtr> &result, const std::shared_ptr<Stoppable> &query)
+void OdbcDriver::watch(AsideQuery &query)
 {
     if (!m_watch)
         return;
     try {
         m_watch();
     } catch (...) {
-        // Some drivers reach a silent server for this no more than for the query.
-        std::thread([query] { query->cancel(); }).detach();
-        if (result.wait_for(kCancelled) != std::future_status::ready)
-            m_link.reset();
+        if (!query.endsCancelled())
+            giveUp(query);
         throw;
     }
+}
+
+/// The thread is left alone with the session.
+void OdbcDriver::giveUp(AsideQuery &query)
+{
+    query.thread.detach();
+    m_link.reset();
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "shared/file_stamp.h"
+#include "platform/files/file_stamp.h"
 
 #include <QtCore/QFile>
 

@@ -1,4 +1,4 @@
-#include "shared/core_dumps.h"
+#include "platform/process/core_dumps.h"
 
 #include <QtCore/QtGlobal>
 
