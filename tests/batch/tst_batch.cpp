@@ -2,6 +2,7 @@
 
 #include "support/demo_folder.h"
 #include "support/hindrances.h"
+#include "support/host_program.h"
 #include "support/suite.h"
 
 #include <QtCore/QDir>
@@ -56,7 +57,7 @@ private:
         process.closeWriteChannel();
         if (!process.waitForFinished(120'000) || process.exitStatus() != QProcess::NormalExit)
             return {-1, QStringLiteral("no normal end")};
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardError())};
+        return {process.exitCode(), test::printedText(process.readAllStandardError())};
     }
 
     QByteArray output(const QString &name) const
@@ -182,7 +183,7 @@ void tst_batch::leavesNoFileBehindAFailure_data()
     QTest::newRow("a fault in the rows") << list + "[ColumnFormat]\n1=MinToTime\n"
                                          << QStringLiteral("--pdf out.pdf --text out.txt") << QStringLiteral("Error 13");
     QTest::newRow("a NUL byte ends the definition") << QByteArray("\0", 1) + list << QStringLiteral("--pdf out.pdf --text out.txt") << QString();
-    QTest::newRow("text into a missing folder") << list << QStringLiteral("--pdf out.pdf --text none/out.txt") << QStringLiteral("The text file \"none/out.txt\" was not saved. The folder");
+    QTest::newRow("text into a missing folder") << list << QStringLiteral("--pdf out.pdf --text none/out.txt") << QStringLiteral("The text file \"%1\" was not saved. The folder").arg(QDir::toNativeSeparators(QStringLiteral("none/out.txt")));
     QTest::newRow("PDF into a missing folder") << list << QStringLiteral("--pdf none/out.pdf --text out.txt") << QStringLiteral("out.pdf");
     QTest::newRow("workbook into a missing folder") << list << QStringLiteral("--pdf out.pdf --xls none/out.xls") << QStringLiteral("out.xls");
     QTest::newRow("a workbook without rows") << QByteArray(list).replace("ORDER BY", "WHERE 1 = 0 ORDER BY")

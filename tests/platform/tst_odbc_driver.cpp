@@ -4,6 +4,7 @@
 #include "platform/database/odbc/keywords.h"
 #include "platform/database/odbc/provider.h"
 #include "support/failures.h"
+#include "support/host_program.h"
 #include "support/suite.h"
 
 #include <QtCore/QDir>
@@ -81,7 +82,7 @@ std::unique_ptr<Connection> tst_odbc_driver::open(TimeOuts timeOuts) const
 {
     return Connection::open(
         u"Provider=SQLite3;Data Source=anything;User Id=me;Password=s{e}c;Initial Catalog="
-            + m_folder.filePath(QStringLiteral("odbc.db")),
+            + test::hostPath(m_folder.filePath(QStringLiteral("odbc.db"))),
         {{}, 0, timeOuts});
 }
 

@@ -34,6 +34,11 @@ QByteArray contents(const QString &fileName)
 
 } // namespace
 
+QString printedText(const QByteArray &bytes)
+{
+    return QString::fromUtf8(bytes).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
 #ifdef Q_OS_WIN
 
 QString hostPath(const QString &fileName)

@@ -17,6 +17,9 @@ struct ProgramRun
 /// Wine that is a program of the machine below: absolute names of files among the arguments are given as it knows them.
 ProgramRun runHostProgram(const QString &program, const QStringList &arguments);
 
+/// What a program printed, its line ends "\n" on every system.
+QString printedText(const QByteArray &bytes);
+
 /// A file's name as such a program knows it.
 QString hostPath(const QString &fileName);
 
