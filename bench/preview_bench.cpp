@@ -199,13 +199,12 @@ void measureCopying(const Document &document, int rounds)
     const LetterPlace end{document.pageCount() - 1, quint32(document.pages.back().text.size())};
     for (int i = 0; i < rounds; ++i) {
         keepBest(text, [&] { documentText(document); });
-        resetPeak();
-        const double before = statusMiB("VmRSS:");
+        const MemoryRise rise;
         keepBest(copy, [&] {
             const QString copied = textForCopying(document, {0, 0}, end);
             sizeMiB = double(copied.size()) * sizeof(QChar) / (1 << 20);
         });
-        memoryMiB = std::max(memoryMiB, statusMiB("VmHWM:") - before);
+        memoryMiB = std::max(memoryMiB, rise.miB());
     }
     std::printf(
         "copying all of it: %.2f times writing it as text, %.0f MiB for a text of %.0f MiB\n",

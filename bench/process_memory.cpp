@@ -1,26 +1,18 @@
 #include "process_memory.h"
 
-#include <QtCore/QFile>
+#include "platform/process/process_memory.h"
 
 namespace corvane::bench {
 
-double statusMiB(const char *name)
+MemoryRise::MemoryRise()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith(name))
-            return line.mid(int(qstrlen(name))).simplified().split(' ').value(0).toDouble() / 1024;
-    }
-    return 0;
+    restartPeakMemory();
+    m_beforeKiB = residentMemoryKiB();
 }
 
-void resetPeak()
+double MemoryRise::miB() const
 {
-    QFile reset(QStringLiteral("/proc/self/clear_refs"));
-    if (reset.open(QIODevice::WriteOnly))
-        reset.write("5");
+    return double(peakMemoryKiB() - m_beforeKiB) / 1024;
 }
 
 } // namespace corvane::bench

@@ -1,10 +1,19 @@
 #pragma once
 
+#include <QtCore/QtGlobal>
+
 namespace corvane::bench {
 
-/// A line of the process's own status in MiB, as "VmHWM:"; 0 where the system does not tell.
-double statusMiB(const char *name);
-/// Lets the highest resident size start again from the present one.
-void resetPeak();
+/// How far the resident memory rises above what it is when this is made. Where the system cannot let its
+/// peak start again an earlier, higher one counts: the rise is at most what it says.
+class MemoryRise
+{
+public:
+    MemoryRise();
+    double miB() const;
+
+private:
+    qint64 m_beforeKiB;
+};
 
 } // namespace corvane::bench

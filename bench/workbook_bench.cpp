@@ -64,13 +64,12 @@ void measureOne(const char *name, const Rowset &rows, int rounds)
     for (int round = 0; round < rounds; ++round) {
         limitMs = std::min(
             limitMs, runLimit(folder.filePath(QStringLiteral("limit.pdf")).toStdString(), count));
-        resetPeak();
-        const double before = statusMiB("VmRSS:");
+        const MemoryRise rise;
         QElapsedTimer timer;
         timer.start();
         writeWorkbook(rows, file);
         workbookMs = std::min(workbookMs, double(timer.nsecsElapsed()) / 1e6);
-        memoryMiB = std::max(memoryMiB, statusMiB("VmHWM:") - before);
+        memoryMiB = std::max(memoryMiB, rise.miB());
     }
     if (count == 100'000)
         record("workbook", workbookMs / limitMs);

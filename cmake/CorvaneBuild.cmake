@@ -64,6 +64,13 @@ function(corvane_precompiled name)
   target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
 endfunction()
 
+# The ending of sources that each system has its own of.
+if(WIN32)
+  set(CORVANE_SYSTEM windows)
+else()
+  set(CORVANE_SYSTEM posix)
+endif()
+
 # corvane_library(NAME SOURCES file... LINK target... [WIDGETS])
 # A folder of src/ as one static library. WIDGETS marks the few folders that may show something.
 function(corvane_library name)

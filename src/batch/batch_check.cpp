@@ -4,6 +4,7 @@
 #include "batch/console_host.h"
 #include "batch/report_name.h"
 #include "definitions/checker/definition_check.h"
+#include "platform/process/console.h"
 #include "session/logon.h"
 #include "session/report_list.h"
 #include "session/startup.h"
@@ -14,8 +15,6 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
-
-#include <cstdio>
 
 namespace corvane {
 
@@ -57,8 +56,10 @@ public:
                 return ExitStatus::Refused;
         }
         bool sound = true;
-        for (const QString &report : m_options.reports)
-            sound = check(report) && sound;
+        for (const QString &name : m_options.reports) {
+            for (const QString &report : expandedName(name))
+                sound = check(report) && sound;
+        }
         return sound ? ExitStatus::Done : ExitStatus::ReportFailed;
     }
 
@@ -77,11 +78,8 @@ private:
         const std::vector<Finding> findings = m_state.loggedOn
             ? checkDefinition(path, m_state, m_host.dateFrom().text)
             : checkDefinition(path, configuredSecond(m_options.folder));
-        for (const Finding &finding : findings) {
-            const QByteArray line
-                = findingLine(QDir::toNativeSeparators(path), finding).toLocal8Bit() + '\n';
-            std::fwrite(line.constData(), 1, size_t(line.size()), stdout);
-        }
+        for (const Finding &finding : findings)
+            writeConsole(stdout, findingLine(QDir::toNativeSeparators(path), finding) + u'\n');
         return !hasErrors(findings);
     }
 

@@ -3,6 +3,7 @@
 #include "batch/batch_run.h"
 #include "platform/database/connection.h"
 #include "platform/database/error.h"
+#include "platform/process/console.h"
 #include "session/configuration.h"
 #include "shared/connection_doctor.h"
 #include "shared/profile.h"
@@ -13,8 +14,6 @@
 #include <QtNetwork/QHostInfo>
 #include <QtNetwork/QTcpSocket>
 
-#include <cstdio>
-
 namespace corvane {
 
 namespace {
@@ -23,7 +22,7 @@ constexpr int kMsPerSecond = 1'000;
 
 void say(const QString &line)
 {
-    std::fputs((line + u'\n').toLocal8Bit().constData(), stdout);
+    writeConsole(stdout, line + u'\n');
 }
 
 /// Where the examination ends: the step has been printed.

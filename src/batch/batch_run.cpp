@@ -10,6 +10,8 @@
 #include "platform/pdf/pdf_writer.h"
 #include "platform/printing/print_error.h"
 #include "platform/printing/print_queue.h"
+#include "platform/process/console.h"
+#include "platform/process/process_memory.h"
 #include "render/report_run.h"
 #include "session/logon.h"
 #include "session/patient_search.h"
@@ -21,24 +23,9 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
 
-#ifndef Q_OS_WIN
-#include <sys/resource.h>
-#endif
-
 namespace corvane {
 
 namespace {
-
-qint64 peakMemoryKiB()
-{
-#ifdef Q_OS_WIN
-    return 0;
-#else
-    rusage usage {};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
-#endif
-}
 
 /// Everything but the commit. False: the file says why.
 bool writeText(const Document &document, FileReplacement &file)

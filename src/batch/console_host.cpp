@@ -1,8 +1,7 @@
 #include "batch/console_host.h"
 
 #include "platform/dates/date_text.h"
-
-#include <cstdio>
+#include "platform/process/console.h"
 
 namespace corvane {
 
@@ -39,12 +38,6 @@ void ConsoleHost::setDates(QDate from, QDate to)
 DateEntry ConsoleHost::entry(QDate date) const
 {
     return {dateText(date, dateOrderOf(m_dateOrder)), date};
-}
-
-void printError(const QString &text)
-{
-    const QByteArray line = text.simplified().toLocal8Bit() + '\n';
-    std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
 }
 
 } // namespace corvane

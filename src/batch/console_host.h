@@ -38,7 +38,4 @@ private:
     QDate m_to;
 };
 
-/// One line on standard error, in the console's encoding.
-void printError(const QString &text);
-
 } // namespace corvane

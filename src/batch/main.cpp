@@ -2,16 +2,12 @@
 #include "batch/batch_doctor.h"
 #include "batch/batch_options.h"
 #include "batch/batch_run.h"
-#include "batch/console_host.h"
-#include "shared/core_dumps.h"
+#include "platform/composer/shipped_fonts.h"
+#include "platform/process/console.h"
+#include "platform/process/core_dumps.h"
 #include "shared/dates.h"
 
 #include <QtGui/QGuiApplication>
-
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <string>
 
 using namespace corvane;
 
@@ -24,37 +20,15 @@ void keepLibrariesQuiet(QtMsgType type, const QMessageLogContext &, const QStrin
         printError(text);
 }
 
-/// Reads the variable once and wipes it, so that neither children nor the process list show it.
-QString takePasswordVariable()
-{
-    char *value = std::getenv("CORVANE_PASSWORD");
-    if (!value)
-        return {};
-    const QString password = QString::fromLocal8Bit(value);
-    std::memset(value, 0, std::strlen(value));
-    qunsetenv("CORVANE_PASSWORD");
-    return password;
-}
-
-QString readPasswordLine()
-{
-    std::string line;
-    for (int c = std::getchar(); c != EOF && c != '\n'; c = std::getchar())
-        line += char(c);
-    if (line.ends_with('\r'))
-        line.pop_back();
-    return QString::fromLocal8Bit(line.data(), qsizetype(line.size()));
-}
-
 int usage(const UsageFault &fault)
 {
-    const QByteArray words = QString(batchUsage() + u'\n' + checkUsage()).toLocal8Bit();
+    const QString words = batchUsage() + u'\n' + checkUsage();
     if (fault.helpAsked) {
-        std::fputs(words.constData(), stdout);
+        writeConsole(stdout, words);
         return ExitStatus::Done;
     }
     printError(fault.words);
-    std::fputs(words.constData(), stderr);
+    writeConsole(stderr, words);
     return ExitStatus::Usage;
 }
 
@@ -82,6 +56,7 @@ int main(int argc, char **argv)
     qInstallMessageHandler(keepLibrariesQuiet);
     const QString variable = takePasswordVariable();
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    findSystemFonts();
     QGuiApplication application(argc, argv);
     const QLocale locale = QLocale::system();
     const QStringList arguments = QCoreApplication::arguments();

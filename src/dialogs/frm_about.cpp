@@ -43,7 +43,7 @@ void frmAbout::Form_Load()
                             .arg(version.majorVersion())
                             .arg(version.minorVersion())
                             .arg(version.microVersion()));
-    lblDescription->setText(kLegalNotice.toString());
+    lblDescription->setText(legalNotice());
     if (QWidget *owner = parentWidget())
         owner->unsetCursor(); // whatever the program was busy with
 }

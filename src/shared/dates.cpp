@@ -1,5 +1,7 @@
 #include "shared/dates.h"
 
+#include "platform/dates/computer_date_order.h"
+
 namespace corvane {
 
 namespace {
@@ -29,6 +31,15 @@ int orderOf(const QString &format)
     return month < day ? 0 : 1;
 }
 
+QString dateOrder(const QLocale &locale)
+{
+    if (locale == QLocale::system()) {
+        if (const auto order = computerDateOrder())
+            return QString::number(int(*order));
+    }
+    return QString::number(orderOf(shortDateFormat(locale)));
+}
+
 QString secondsFormat(const QLocale &locale)
 {
     QString format = isPlain(locale) ? QStringLiteral("h:mm AP") : locale.timeFormat(QLocale::ShortFormat);
@@ -45,7 +56,7 @@ QString getLocaleValue(const QLocale &locale, int item)
     case ShortDateFormat:
         return shortDateFormat(locale);
     case ShortDateOrder:
-        return QString::number(orderOf(shortDateFormat(locale)));
+        return dateOrder(locale);
     case TimeFormat:
         return secondsFormat(locale);
     default:

@@ -40,9 +40,12 @@ QStringView readValue(QStringView value)
     return (quoted ? value.sliced(1, value.size() - 2) : value).left(Profile::kLongestValue);
 }
 
-QStringView withoutReturn(QStringView line)
+/// Whatever turned a file's line ends into Windows's may have met some that were so already.
+QStringView withoutReturns(QStringView line)
 {
-    return line.endsWith(u'\r') ? line.chopped(1) : line;
+    while (line.endsWith(u'\r'))
+        line.chop(1);
+    return line;
 }
 
 /// Nothing when it is not there or cannot be read to its end.
@@ -71,7 +74,7 @@ Profile::Profile(QStringView text, ProfileObserver *observer)
     QHash<QString, QString> overlooked;
     ProfileLine line;
     for (const QStringView rawLine : text.tokenize(u'\n')) {
-        line = {ProfileLineKind::Stray, line.number + 1, withoutReturn(rawLine), {}, {}, {}};
+        line = {ProfileLineKind::Stray, line.number + 1, withoutReturns(rawLine), {}, {}, {}};
         const qsizetype equals = line.text.indexOf(u'=');
         if (isComment(line.text)) {
             line.kind = ProfileLineKind::Comment;
@@ -162,7 +165,7 @@ bool ProfileFile::refresh()
     if (m_watch && !m_watch->hasChanged())
         return false;
     // Watched before it is read, so that a change in between is noticed the next time.
-    auto watch = std::make_unique<FileWatch>(QFile::encodeName(m_file));
+    auto watch = std::make_unique<FileWatch>(m_file);
     const auto bytes = readable(m_file);
     // Rows must not lose their columns halfway down a report because a network folder is gone.
     if (!bytes && m_watch)
@@ -178,7 +181,7 @@ QString ReadINI(const QString &file, QStringView section, QStringView key)
     static QString latestFile;
     static FileStamp latestStamp;
     static Profile latest;
-    const FileStamp stamp = fileStamp(QFile::encodeName(file));
+    const FileStamp stamp = fileStamp(file);
     if (latestFile != file || latestStamp != stamp) {
         latest = readProfile(file);
         latestFile = file;

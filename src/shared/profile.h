@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shared/file_stamp.h"
+#include "platform/files/file_stamp.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QString>

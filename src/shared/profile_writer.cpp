@@ -74,8 +74,10 @@ private:
         const qsizetype feed = m_bytes.indexOf('\n', start);
         const qsizetype end = feed < 0 ? m_bytes.size() : feed;
         m_at = std::min(end + 1, m_bytes.size());
-        const QByteArrayView line = m_bytes.sliced(start, end - start);
-        return line.endsWith('\r') ? line.chopped(1) : line;
+        QByteArrayView line = m_bytes.sliced(start, end - start);
+        while (line.endsWith('\r'))
+            line.chop(1);
+        return line;
     }
 
     QByteArrayView m_bytes;

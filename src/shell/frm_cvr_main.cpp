@@ -11,6 +11,7 @@
 #include "platform/controls/tool_tip.h"
 #include "platform/preview/preview.h"
 #include "platform/preview/preview_pane.h"
+#include "platform/process/single_instance.h"
 #include "session/report_list.h"
 #include "session/startup.h"
 #include "shared/dates.h"
@@ -19,7 +20,6 @@
 #include "shell/input_gate.h"
 #include "shell/report_list_pane.h"
 #include "shell/report_list_view.h"
-#include "shell/single_instance.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>

@@ -3,18 +3,17 @@
 #include "platform/controls/first_paint.h"
 #include "platform/controls/icons.h"
 #include "platform/desktop/system_desktop.h"
-#include "shared/core_dumps.h"
+#include "platform/process/core_dumps.h"
+#include "platform/process/screen.h"
+#include "platform/process/single_instance.h"
 #include "shell/frm_cvr_main.h"
-#include "shell/single_instance.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QSettings>
 #include <QtWidgets/QApplication>
 
-#include <algorithm>
 #include <cstdio>
-#include <span>
 
 using namespace corvane;
 
@@ -36,21 +35,6 @@ QString programFolder(const QStringList &arguments)
     if (parser.isSet(quit))
         quitOncePainted(parser.value(quit));
     return QDir(parser.value(folder)).absolutePath();
-}
-
-bool hasScreen(int argc, char **argv)
-{
-#ifdef Q_OS_LINUX
-    const std::span arguments(argv, size_t(argc));
-    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
-        || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")
-        || std::ranges::any_of(
-            arguments, [](const char *argument) { return QByteArrayView(argument).endsWith("-platform"); });
-#else
-    Q_UNUSED(argc)
-    Q_UNUSED(argv)
-    return true;
-#endif
 }
 
 /// Help and version need no screen. For anything else the toolkit would end the program by a crash.

@@ -91,6 +91,9 @@ void tst_batch_check::looksForReports()
     QVERIFY2(listed.output.startsWith(m_demo.report(QStringLiteral("Wrong.rpt:3:8: error"))), qPrintable(listed.output));
     const Outcome here = check(QStringLiteral("Wrong.rpt --folder /nonexistent"));
     QVERIFY2(here.output.startsWith(QStringLiteral("Wrong.rpt:3:8: error")), qPrintable(here.output));
+    // Where no shell expands it.
+    const Outcome both = check(QStringLiteral("W*ed.rpt *ong.rpt --folder /nonexistent"));
+    QVERIFY2(both.output.contains(QStringLiteral("Warned.rpt:")) && both.output.contains(QStringLiteral("Wrong.rpt:3:8: error")), qPrintable(both.output));
     const Outcome tried = check(QStringLiteral("Refused.rpt --user nora --password-stdin --folder ") + m_demo.path(), "clinic\n");
     QCOMPARE(tried.status, 1);
     QVERIFY2(tried.output.contains(QStringLiteral("Refused.rpt:2:15: error: The database refuses the query: no such column: nothing.")), qPrintable(tried.output));

@@ -12,7 +12,7 @@
 #include "shell/frm_cvr_main.h"
 #include "shell/frm_reportr_logon.h"
 #include "shell/report_list_view.h"
-#include "shell/single_instance.h"
+#include "platform/process/single_instance.h"
 #include "support/demo_folder.h"
 
 #include <QtCore/QDir>

@@ -62,6 +62,7 @@ void tst_profile::readsAValue_data()
     };
     row("plain", "[Main]\r\nKey=abc\r\n", "abc");
     row("line feeds alone, no last one", "[Main]\nKey=abc", "abc");
+    row("returns before a return are none of the value", "[Main]\r\r\nKey=abc\r\r\n", "abc");
     row("names ignore case and blanks", " [ maIN ] \n  KEY  =abc", "abc");
     row("a value keeps its blanks", "[Main]\nKey=  a b \r\n", "  a b ");
     row("blanks alone are a value", "[Main]\nKey=   \n", "   ");
@@ -190,6 +191,7 @@ void tst_profile::writesOneValue_data()
     };
     row("replaced, everything else to the byte", "; c\r\n[Main] \r\n key = old \r\nB=\xe9\r\n", "new",
         "; c\r\n[Main] \r\n key =new\r\nB=\xe9\r\n");
+    row("line ends stay as they are, doubled returns too", "[Main]\r\r\nKey=old\r\r\n", "new", "[Main]\r\r\nKey=new\r\r\n");
     row("a new key goes behind the section's last", "[Main]\nA=1\n\n[Next]\nB=2\n", "x", "[Main]\nA=1\nKey=x\n\n[Next]\nB=2\n");
     row("a new section goes to the end", "[A]\nB=1", "x", "[A]\nB=1\n[Main]\nKey=x\n");
     row("a new file", "", "x", "[Main]\r\nKey=x\r\n");

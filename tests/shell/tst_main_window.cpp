@@ -6,7 +6,7 @@
 #include "shell/frm_cvr_main.h"
 #include "shell/frm_reportr_logon.h"
 #include "shell/report_list_view.h"
-#include "shell/single_instance.h"
+#include "platform/process/single_instance.h"
 #include "printing/print_server.h"
 #include "support/demo_folder.h"
 #include "support/modal_answers.h"

@@ -3,7 +3,7 @@
 #include "platform/desktop/system_desktop.h"
 #include "shared/reportr.h"
 #include "shell/frm_cvr_main.h"
-#include "shell/single_instance.h"
+#include "platform/process/single_instance.h"
 #include "support/demo_folder.h"
 
 #include <QtCore/QObject>

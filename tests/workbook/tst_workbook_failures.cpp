@@ -1,26 +1,18 @@
 #include "platform/database/rowset.h"
 #include "platform/workbook/workbook_writer.h"
 #include "support/suite.h"
+#include "workbook/hindrances.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
-#include <csignal>
-#include <functional>
-
-#include <sys/resource.h>
-#include <unistd.h>
-
 using namespace corvane;
 
 namespace {
 
-constexpr uid_t kNobody = 65534;
-const QString kUsual = QStringLiteral("out.xls");
-
-/// Something that stands in the way until what it returns is called.
-using Hindrance = std::function<std::function<void()>(const QString &folder)>;
+using test::Hindrance;
+using test::kUsual;
 
 std::function<void()> none(const QString &)
 {
@@ -32,51 +24,6 @@ std::function<void()> folderWithTheName(const QString &folder)
     QFile::remove(folder + u'/' + kUsual);
     QDir(folder).mkdir(kUsual);
     return [] {};
-}
-
-/// Root may write anywhere, so the attempt is made as a user who may not.
-std::function<void()> withoutRights(
-    const QString &folder, QFile::Permissions ofFolder, QFile::Permissions ofFile)
-{
-    QFile::setPermissions(folder, ofFolder);
-    QFile::setPermissions(folder + u'/' + kUsual, ofFile);
-    const bool isRoot = geteuid() == 0;
-    const bool became = isRoot && setresuid(kNobody, kNobody, 0) == 0;
-    return [folder, became] {
-        if (became && setresuid(0, 0, 0) != 0)
-            qFatal("cannot become root again");
-        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    };
-}
-
-constexpr QFile::Permissions kRead = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
-constexpr QFile::Permissions kEnter = kRead | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
-
-std::function<void()> noRightToTheFolder(const QString &folder)
-{
-    return withoutRights(folder, kEnter, kRead | QFile::WriteGroup | QFile::WriteOther);
-}
-
-std::function<void()> targetIsReadOnly(const QString &folder)
-{
-    return withoutRights(
-        folder, kEnter | QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther, kRead);
-}
-
-/// A file may not grow beyond `bytes`: to the writer the same as a disk that fills up.
-Hindrance noRoomBeyond(rlim_t bytes)
-{
-    return [bytes](const QString &) {
-        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit before{};
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit tight{bytes, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &tight);
-        return [before, handler] {
-            setrlimit(RLIMIT_FSIZE, &before);
-            std::signal(SIGXFSZ, handler);
-        };
-    };
 }
 
 RowsetPtr someRows(int fields = 3, int rows = 20'000)
@@ -144,14 +91,11 @@ void tst_workbook_failures::failuresAreToldAndLeaveNothing_data()
         QStringLiteral("gone/out.xls"));
     row("a name of 300 letters", none, "File name too long. Choose another file name",
         QString(300, u'n'));
-    row("no right to the folder", noRightToTheFolder, "You may not write in the folder");
-    row("the target is read-only", targetIsReadOnly, "You may not change this file.");
-    row("no room for anything", noRoomBeyond(0), "File too large. ");
-    row("no room after the first block", noRoomBeyond(300'000), "File too large. ");
     const QTemporaryDir dir;
     writeWorkbook(*someRows(), dir.filePath(kUsual));
-    const auto whole = rlim_t(QFileInfo(dir.filePath(kUsual)).size());
-    row("no room for the container's directory", noRoomBeyond(whole - 1000), "File too large. ");
+    const qint64 whole = QFileInfo(dir.filePath(kUsual)).size();
+    for (const auto &[tag, hindrance, cause] : test::systemHindrances(whole))
+        row(tag, hindrance, cause);
 }
 
 void tst_workbook_failures::failuresAreToldAndLeaveNothing()

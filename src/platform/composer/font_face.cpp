@@ -1,5 +1,7 @@
 #include "platform/composer/font_face.h"
 
+#include "platform/composer/shipped_fonts.h"
+
 #include <QtGui/QFont>
 #include <QtGui/QFontDatabase>
 
@@ -98,6 +100,8 @@ FontFacePtr FontLibrary::face(const QString &family, bool bold, bool italic)
     FontFacePtr &slot = m_byName[{family, (bold ? 1 : 0) + (italic ? 2 : 0)}];
     if (slot)
         return slot;
+    static const bool isReady = (loadShippedFonts(), true);
+    Q_UNUSED(isReady);
     QFont font(sameWidthFamily(family));
     font.setBold(bold);
     font.setItalic(italic);

@@ -42,7 +42,7 @@ public:
     virtual bool openAddress(const QUrl &address) = 0;
 
     /// Shows a topic of a compiled help file by its context number in the system's own help engine.
-    /// @return false where the system has none, as everywhere but on Windows
+    /// @return false where the system has none, as everywhere but on Windows, and when it cannot show the file
     virtual bool showHelpFile(const QString &, int) { return false; }
 };
 

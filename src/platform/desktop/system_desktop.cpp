@@ -2,6 +2,7 @@
 
 #include "platform/controls/icons.h"
 #include "platform/desktop/document_opener.h"
+#include "platform/desktop/help_file.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -162,6 +163,11 @@ int SystemDesktop::openDocument(const QString &path)
 bool SystemDesktop::openAddress(const QUrl &address)
 {
     return QDesktopServices::openUrl(address);
+}
+
+bool SystemDesktop::showHelpFile(const QString &path, int context)
+{
+    return showCompiledHelp(m_parent, path, context);
 }
 
 QWidget *SystemDesktop::dialogParent() const

@@ -21,6 +21,7 @@ public:
     bool printDialog(QPrinter &printer, int pageCount) override;
     int openDocument(const QString &path) override;
     bool openAddress(const QUrl &address) override;
+    bool showHelpFile(const QString &path, int context) override;
 
 private:
     QWidget *dialogParent() const;

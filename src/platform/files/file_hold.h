@@ -9,6 +9,10 @@ enum class HoldResult { Held, HeldByAnother, Unknown };
 /// Takes an open file for this program alone, as far as programs ask. The system lets go when the
 /// file is closed or the program ends, however it ends. Unknown: the file system cannot tell.
 HoldResult holdOpenFile(int descriptor);
+#ifdef Q_OS_WIN
+/// The same for one of the system's own handles.
+HoldResult holdHandle(void *handle);
+#endif
 
 /// Keeps other programs that ask from replacing a file, for as long as this lives. What others left
 /// running for too long is not waited for.
@@ -24,10 +28,12 @@ public:
     bool isHeld() const { return m_isHeld; }
 
 private:
-    HoldResult attempt(const QByteArray &encodedName);
+    static constexpr qintptr kNone = -1;
+
+    HoldResult attempt(const QString &fileName);
     void letGo();
 
-    int m_descriptor = -1;
+    qintptr m_file = kNone; ///< the system's descriptor or handle
     bool m_isHeld = true;
 };
 

@@ -1,30 +1,17 @@
 #include "platform/files/file_replacement.h"
 
 #include "platform/files/file_hold.h"
+#include "platform/files/placing.h"
+#include "platform/files/temporary_name.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
 #include <QtCore/QFileInfo>
-#include <QtCore/QRandomGenerator>
-
-#include <cerrno>
-#include <filesystem>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
 
 namespace corvane {
 
 namespace {
 
-const QString kPrefix = QStringLiteral(".corvane-saving-");
-const QString kVarying = QStringLiteral("XXXXXX");
-const QString kSuffix = QStringLiteral(".tmp");
 constexpr int kAttempts = 100;
 constexpr int kMostLinks = 40;
 
@@ -37,86 +24,12 @@ QString followed(const QString &fileName)
     return target;
 }
 
-std::filesystem::path pathOf(const QString &name)
-{
-    return QFile(name).filesystemFileName();
-}
-
-#ifdef Q_OS_WIN
-
-bool syncFile(QFile &file)
-{
-    return ::_commit(file.handle()) == 0;
-}
-
-void syncFolder(const QString &) { }
-
-/// The system refuses to delete what is open.
-void removeIfAbandoned(const QString &name)
-{
-    QFile::remove(name);
-}
-
-#else
-
-/// A network disk may tell only now that it is full. Some file systems cannot be asked at all.
-bool syncFile(QFile &file)
-{
-    return ::fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP;
-}
-
-/// So that the new name, too, outlives a power cut. Without it the old file might be back, whole.
-void syncFolder(const QString &folder)
-{
-    const int descriptor
-        = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return;
-    ::fsync(descriptor);
-    ::close(descriptor);
-}
-
-/// Whoever still writes a file holds it; a program that was killed holds nothing any more.
-void removeIfAbandoned(const QString &name)
-{
-    const QByteArray path = QFile::encodeName(name);
-    constexpr int kCarefully = O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW;
-    int descriptor = ::open(path.constData(), O_RDWR | kCarefully);
-    if (descriptor < 0)
-        descriptor = ::open(path.constData(), O_RDONLY | kCarefully);
-    if (descriptor < 0)
-        return;
-    struct stat status
-    {
-    };
-    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)
-        && holdOpenFile(descriptor) == HoldResult::Held)
-        ::unlink(path.constData());
-    ::close(descriptor);
-}
-
-#endif
-
-QString temporaryName(const QString &folder)
-{
-    static constexpr QStringView kLetters = u"abcdefghijklmnopqrstuvwxyz0123456789";
-    QString varying;
-    while (varying.size() < kVarying.size())
-        varying += kLetters[QRandomGenerator::global()->bounded(int(kLetters.size()))];
-    return QDir(folder).filePath(QString(kPrefix + varying + kSuffix));
-}
-
 } // namespace
-
-QString temporaryTemplate(const QString &folder)
-{
-    return QDir(folder).filePath(QString(kPrefix + kVarying + kSuffix));
-}
 
 void removeAbandonedFiles(const QString &folder)
 {
-    QDirIterator found(folder, {QString(kPrefix + QString(kVarying.size(), u'?') + kSuffix)},
-        QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    QDirIterator found(
+        folder, {temporaryPattern()}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     while (found.hasNext())
         removeIfAbandoned(found.next());
 }
@@ -132,7 +45,7 @@ FileReplacement::FileReplacement(const QString &kind, const QString &fileName, S
 FileReplacement::~FileReplacement()
 {
     if (m_file.isOpen() && !m_isPlaced)
-        m_file.remove();
+        discard();
     if (!m_old.isEmpty())
         QFile::remove(m_old);
 }
@@ -141,56 +54,35 @@ bool FileReplacement::open()
 {
     const QFileInfo target(m_target);
     if (target.isDir() || (target.exists() && (!target.isFile() || !target.isWritable())))
-        return fail(QStringLiteral("The file is not writable"), QFileDevice::WriteError);
+        return fail({QFileDevice::WriteError, QStringLiteral("The file is not writable")});
+    if (isOpenElsewhere(m_target, OpenUse::Exclusive))
+        return fail({QFileDevice::RenameError, QStringLiteral("The file is in use")});
     removeAbandonedFiles(target.absolutePath());
-    if (!createBeside())
-        return fail(m_file.errorString(), m_file.error());
+    if (const SystemFault fault = createBeside())
+        return fail(fault);
     if (target.exists())
-        takeOverRights();
+        takeOverRights(m_file, m_target);
     return true;
 }
 
-bool FileReplacement::createBeside()
+SystemFault FileReplacement::createBeside()
 {
     const QString folder = QFileInfo(m_target).absolutePath();
+    SystemFault fault;
     for (int i = 0; i < kAttempts; ++i) {
-        const QString name = temporaryName(folder);
-        if (createNamed(name))
-            return true;
-        if (!m_file.isOpen() && !QFile::exists(name))
-            return false;
+        const QString name = randomTemporaryName(folder);
+        fault = createFor(m_target, name, m_file);
+        // Somebody who cleans up may be quicker than the hold on it.
+        if (!fault && holdOpenFile(m_file.handle()) != HoldResult::HeldByAnother
+            && QFile::exists(name))
+            return {};
+        if (fault && !QFile::exists(name))
+            return fault;
         m_file.close();
     }
-    return false;
-}
-
-/// False, and the file open, when somebody who cleans up was quicker than the hold on it.
-bool FileReplacement::createNamed(const QString &name)
-{
-    constexpr auto kMode = QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered;
-    m_file.setFileName(name);
-    // What replaces a file that not everybody may read is its owner's alone until it has the same
-    // rights.
-    const bool isOpen = QFile::exists(m_target)
-        ? m_file.open(kMode, QFile::ReadOwner | QFile::WriteOwner)
-        : m_file.open(kMode);
-    return isOpen && holdOpenFile(m_file.handle()) != HoldResult::HeldByAnother
-        && QFile::exists(name);
-}
-
-/// The older file's owner, as far as this user may give files away, and its rights.
-void FileReplacement::takeOverRights()
-{
-#ifndef Q_OS_WIN
-    struct stat status
-    {
-    };
-    if (::stat(QFile::encodeName(m_target).constData(), &status) == 0
-        && ::fchown(m_file.handle(), status.st_uid, status.st_gid) != 0) {
-        [[maybe_unused]] const int groupToo = ::fchown(m_file.handle(), uid_t(-1), status.st_gid);
-    }
-#endif
-    m_file.setPermissions(QFile::permissions(m_target));
+    return fault ? fault
+                 : SystemFault{QFileDevice::OpenError,
+                     QStringLiteral("Another program removes what is written there")};
 }
 
 bool FileReplacement::write(QByteArrayView bytes)
@@ -199,7 +91,7 @@ bool FileReplacement::write(QByteArrayView bytes)
     while (m_cause.isEmpty() && done < bytes.size()) {
         const qint64 written = m_file.write(bytes.data() + done, bytes.size() - done);
         if (written <= 0)
-            return fail(m_file.errorString(), m_file.error());
+            return fail({m_file.error(), m_file.errorString()});
         done += written; // less than asked for when the disk fills up; the next attempt says so
     }
     return m_cause.isEmpty();
@@ -210,10 +102,9 @@ bool FileReplacement::complete()
     if (m_isComplete || !m_cause.isEmpty())
         return m_cause.isEmpty();
     if (!m_file.flush())
-        return fail(m_file.errorString(), m_file.error());
-    if (!syncFile(m_file))
-        return fail(qt_error_string(errno),
-            errno == ENOSPC ? QFileDevice::ResourceError : QFileDevice::WriteError);
+        return fail({m_file.error(), m_file.errorString()});
+    if (const SystemFault fault = flushToDisk(m_file))
+        return fail(fault);
     m_isComplete = true;
     return true;
 }
@@ -225,20 +116,19 @@ bool FileReplacement::commit()
 
 bool FileReplacement::place()
 {
-#ifdef Q_OS_WIN
-    m_file.close(); // what is open cannot be renamed there
-#endif
-    std::error_code error;
-    std::filesystem::rename(pathOf(m_file.fileName()), pathOf(m_target), error);
-    if (error) {
-        fail(qt_error_string(error.value()), QFileDevice::RenameError);
-        m_file.remove();
-        return false;
+    if (const SystemFault fault = moveOnto(m_file, m_target)) {
+        discard();
+        return fail(fault);
     }
     m_isPlaced = true;
     m_file.close();
-    syncFolder(QFileInfo(m_target).absolutePath());
     return true;
+}
+
+void FileReplacement::discard()
+{
+    m_file.close();
+    QFile::remove(m_file.fileName());
 }
 
 /// Gives the older file a second name, so that it can come back.
@@ -246,29 +136,25 @@ bool FileReplacement::keepOld()
 {
     if (!QFile::exists(m_target))
         return true;
-    m_old = temporaryName(QFileInfo(m_target).absolutePath());
-    std::error_code error;
-    std::filesystem::create_hard_link(pathOf(m_target), pathOf(m_old), error);
-    if (error)
-        std::filesystem::copy_file(pathOf(m_target), pathOf(m_old), error);
-    return !error || fail(qt_error_string(error.value()), QFileDevice::CopyError);
+    m_old = randomTemporaryName(QFileInfo(m_target).absolutePath());
+    const SystemFault fault = keepUnder(m_old, m_target);
+    return !fault || fail(fault);
 }
 
 void FileReplacement::takeBack()
 {
     if (!m_isPlaced)
         return;
-    std::error_code ignored;
     if (m_old.isEmpty())
-        std::filesystem::remove(pathOf(m_target), ignored);
+        QFile::remove(m_target);
     else
-        std::filesystem::rename(pathOf(m_old), pathOf(m_target), ignored);
+        moveOnto(m_old, m_target);
 }
 
-bool FileReplacement::fail(const QString &systemText, QFileDevice::FileError error)
+bool FileReplacement::fail(const SystemFault &fault)
 {
     if (m_cause.isEmpty())
-        m_cause = writeFailure(m_fileName, error, systemText, m_place);
+        m_cause = writeFailure(m_fileName, fault.error, fault.text, m_place);
     return false;
 }
 

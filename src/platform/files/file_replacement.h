@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/files/temporary_name.h"
 #include "platform/files/write_failure.h"
 
 #include <QtCore/QFile>
@@ -7,6 +8,8 @@
 #include <span>
 
 namespace corvane {
+
+struct SystemFault;
 
 /// A file on its way to the disk: written beside its target under a name of its own, put into place
 /// when it is complete, gone when it is not. At any moment, also when the program is killed, the
@@ -43,13 +46,12 @@ public:
 private:
     friend FileReplacement *commitAll(std::span<FileReplacement *const> files);
 
-    bool createBeside();
-    bool createNamed(const QString &name);
-    void takeOverRights();
+    SystemFault createBeside();
     bool place();
+    void discard();
     bool keepOld();
     void takeBack();
-    bool fail(const QString &systemText, QFileDevice::FileError error);
+    bool fail(const SystemFault &fault);
 
     QString m_kind;
     QString m_fileName;
@@ -69,8 +71,5 @@ FileReplacement *commitAll(std::span<FileReplacement *const> files);
 /// Removes what programs that were killed while they saved left in a folder; what a living one
 /// writes stays.
 void removeAbandonedFiles(const QString &folder);
-
-/// The names by which removeAbandonedFiles() knows its own, "XXXXXX" where they differ.
-QString temporaryTemplate(const QString &folder);
 
 } // namespace corvane

@@ -1,5 +1,7 @@
 #include "platform/files/write_failure.h"
 
+#include "platform/files/placing.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
@@ -13,6 +15,12 @@ struct WriteFault
     QString elsewhere; ///< what to do when another place will do
     QString here; ///< what to do when it must be this one
 };
+
+/// Some systems end their words with a full stop.
+QString sentence(const QString &systemText)
+{
+    return systemText.endsWith(u'.') ? systemText : QString(systemText + u'.');
+}
 
 WriteFault findFault(
     const QFileInfo &target, QFileDevice::FileError error, const QString &systemText)
@@ -34,14 +42,18 @@ WriteFault findFault(
     if (target.exists() && !target.isWritable())
         return {QStringLiteral("You may not change this file."),
             QStringLiteral("Choose another file name or folder."), askForRight};
-    if (!around.isWritable())
+    if (!around.isWritable() || error == QFileDevice::PermissionsError)
         return {QStringLiteral("You may not write in the folder \"%1\".").arg(folder),
             QStringLiteral("Choose another folder."), askForRight};
     if (error == QFileDevice::ResourceError)
-        return {QString(systemText + u'.'),
+        return {sentence(systemText),
             QStringLiteral("Free some space or choose a folder on another disk."),
             QStringLiteral("Free some space there.")};
-    return {QString(systemText + u'.'), QStringLiteral("Choose another file name or folder."),
+    if (isOpenElsewhere(target.absoluteFilePath(), OpenUse::Any))
+        return {QStringLiteral("The file is open in another program."),
+            QStringLiteral("Close it there or choose another file name."),
+            QStringLiteral("Close it there and try again.")};
+    return {sentence(systemText), QStringLiteral("Choose another file name or folder."),
         QStringLiteral("Have the disk and the connection to it looked at.")};
 }
 

@@ -1,8 +1,10 @@
-#include "shared/core_dumps.h"
+#include "platform/process/core_dumps.h"
 
 #include <QtCore/QtGlobal>
 
-#ifndef Q_OS_WIN
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#else
 #include <sys/resource.h>
 #endif
 
@@ -10,7 +12,9 @@ namespace corvane {
 
 void switchCoreDumpsOff()
 {
-#ifndef Q_OS_WIN
+#ifdef Q_OS_WIN
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
+#else
     const rlimit none {0, 0};
     setrlimit(RLIMIT_CORE, &none);
 #endif

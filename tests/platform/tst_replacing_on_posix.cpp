@@ -1,0 +1,104 @@
+// Rights, links and devices, as POSIX has them.
+
+#include "platform/files/file_replacement.h"
+#include "support/suite.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+
+#include <sys/stat.h>
+
+using namespace corvane;
+
+namespace {
+
+QString s(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+} // namespace
+
+class tst_replacing_on_posix : public test::Suite
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void theNewFileHasTheOldOnesRights();
+    void aLinkStaysALink();
+    void whatIsNoFileIsRefused();
+
+private:
+    QString path(const char *name) const { return m_folder->filePath(s(name)); }
+    void write(const char *name, const QByteArray &bytes) const
+    {
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
+    QByteArray read(const char *name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void tst_replacing_on_posix::init()
+{
+    Suite::init();
+    m_folder = std::make_unique<QTemporaryDir>();
+    write("out.txt", "old");
+}
+
+void tst_replacing_on_posix::theNewFileHasTheOldOnesRights()
+{
+    const auto modeOf = [this](const char *name) {
+        struct stat status
+        {
+        };
+        return ::stat(QFile::encodeName(path(name)).constData(), &status) == 0
+            ? status.st_mode & 0777
+            : 0;
+    };
+    const auto replace = [this](const char *name) {
+        FileReplacement file(s("file"), path(name));
+        QVERIFY(file.open() && file.commit());
+    };
+    ::chmod(QFile::encodeName(path("out.txt")).constData(), 0640);
+    replace("out.txt");
+    QCOMPARE(modeOf("out.txt"), mode_t(0640));
+    const mode_t mask = ::umask(027);
+    replace("fresh.txt");
+    ::umask(mask);
+    QCOMPARE(modeOf("fresh.txt"), mode_t(0640));
+}
+
+void tst_replacing_on_posix::aLinkStaysALink()
+{
+    QDir(m_folder->path()).mkdir(s("elsewhere"));
+    QVERIFY(QFile::rename(path("out.txt"), path("elsewhere/real.txt")));
+    QVERIFY(QFile::link(s("elsewhere/real.txt"), path("out.txt")));
+    FileReplacement file(s("file"), path("out.txt"));
+    QVERIFY(file.open() && file.write("new") && file.commit());
+    QVERIFY(QFileInfo(path("out.txt")).isSymbolicLink());
+    QCOMPARE(read("elsewhere/real.txt"), QByteArray("new"));
+}
+
+void tst_replacing_on_posix::whatIsNoFileIsRefused()
+{
+    QCOMPARE(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+    for (const QString &name : {path("pipe"), s("/dev/null")}) {
+        FileReplacement file(s("PDF file"), name);
+        QVERIFY(!file.open());
+        QCOMPARE(file.failure(),
+            QStringLiteral("The PDF file \"%1\" was not saved. This is a device and not a file. "
+                           "Choose another file name.")
+                .arg(name));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_replacing_on_posix)
+#include "tst_replacing_on_posix.moc"
