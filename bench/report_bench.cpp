@@ -56,7 +56,7 @@ QString runBatch(const QString &clinic, const QStringList &more, double &wholeMs
             + more);
     batch.waitForFinished(-1);
     wholeMs = double(timer.nsecsElapsed()) / 1e6;
-    const QString output = QString::fromUtf8(batch.readAllStandardError());
+    QString output = QString::fromUtf8(batch.readAllStandardError());
     if (batch.exitCode() != 0) {
         std::fprintf(stderr, "corvane-batch ended with status %d: %s\n", batch.exitCode(),
             qPrintable(output));

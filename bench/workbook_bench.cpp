@@ -36,7 +36,7 @@ RowsetPtr appointments(int rows)
         builder.addText(kFirstNames[size_t(i) % kFirstNames.size()]);
         builder.addText(QByteArray("A" + QByteArray::number(10'000 + i % 90'000)));
         builder.add(Value::date(20'454 + i % 365));
-        builder.add(Value::time((480 + i * 5 % 600) * 60'000));
+        builder.add(Value::time(qint64(480 + i * 5 % 600) * 60'000));
         builder.add(Value::decimal(amount.constData(), quint32(amount.size())));
         builder.add(Value::integer(100 + i % 40));
     }

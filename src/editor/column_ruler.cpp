@@ -101,9 +101,10 @@ void ColumnRuler::paintEvent(QPaintEvent *)
 void ColumnRuler::paintTicks(QPainter &painter) const
 {
     painter.setPen(lineColour(palette()));
-    for (double inch = 0; inch <= m_limit; inch += 0.5) {
-        const qreal x = std::min(std::floor(place(inch)) + 0.5, width() - 0.5);
-        const bool isWhole = inch == std::floor(inch);
+    const int halves = int(std::floor(m_limit * 2)); // of an inch
+    for (int half = 0; half <= halves; ++half) {
+        const qreal x = std::min(std::floor(place(half / 2.0)) + 0.5, width() - 0.5);
+        const bool isWhole = half % 2 == 0;
         painter.drawLine(QPointF(x, isWhole ? 0 : kTickHeight / 2.0), QPointF(x, kTickHeight));
     }
 }

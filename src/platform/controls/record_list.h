@@ -16,8 +16,11 @@ class RecordList : public QTreeView
 public:
     explicit RecordList(QWidget *parent = nullptr);
 
+    // Both hide the view's own on purpose: it is the same model, by its own type.
+    // NOLINTBEGIN(bugprone-derived-method-shadowing-base-method)
     RecordModel &model() { return m_model; }
     const RecordModel &model() const { return m_model; }
+    // NOLINTEND(bugprone-derived-method-shadowing-base-method)
 
     /// The selected row, counted from 0; -1 while none is selected.
     int currentRow() const;

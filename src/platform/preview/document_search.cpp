@@ -96,7 +96,7 @@ void DocumentSearch::count(int from, int to)
 {
     const int first = from - from % kPagesPerBlock;
     block(from).find(m_pattern, from - first, to - first, [&](int page, TextStretch match) {
-        const auto index = size_t(first + page);
+        const size_t index = size_t(first) + size_t(page);
         if (!isWithinOneCell(m_document->pages[index], match))
             return false;
         ++m_counts[index];

@@ -45,7 +45,7 @@ public:
     FoldedPages(std::span<const Page> pages, SearchFolding &folding, CaseRule rule);
 
     /// In letters.
-    qsizetype size() const { return qsizetype(m_bytes.size() + m_wide.size()); }
+    qsizetype size() const { return qsizetype(m_bytes.size()) + qsizetype(m_wide.size()); }
 
     /// Calls found(page, stretch) for the matches on pages from one to another, the end not
     /// included; found says whether it is a hit, which the next one must not overlap.
