@@ -142,11 +142,6 @@ SystemFault flushToDisk(QFile &file)
     return faultOf(GetLastError(), QFileDevice::WriteError, file.fileName());
 }
 
-SystemFault moveOnto(QFile &file, const QString &target)
-{
-    return moveOnto(file.fileName(), target);
-}
-
 /// By a handle of its own, which makes the name, too, reach the disk before the call returns, and is
 /// closed at once: as long as somebody may delete a file, most programs cannot open it.
 SystemFault moveOnto(const QString &name, const QString &target)
