@@ -242,7 +242,7 @@ void tst_print_pages::onlyTheOwnerReadsTheSpool()
     int seen = 0;
     QFile::Permissions forOthers;
     const auto progress = [&](int, int) {
-        for (const QFileInfo &spooled : QDir::temp().entryInfoList(QDir::Files)) {
+        for (const QFileInfo &spooled : QDir::temp().entryInfoList(QDir::Files | QDir::Hidden)) {
             ++seen;
             forOthers |= spooled.permissions() & ~(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
         }
