@@ -1,5 +1,6 @@
 # The tests of the Windows build: run under Wine by a launcher, all but those that left-out.txt names.
 
+set(CORVANE_LEFT_OUT_FILE "${CMAKE_CURRENT_LIST_DIR}/left-out.txt")
 set(CORVANE_HOST_DRIVE "")
 if(WIN32 AND CMAKE_CROSSCOMPILING)
   set(CORVANE_HOST_DRIVE "Z:") # where Wine shows the files of this machine
@@ -8,7 +9,6 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
   set(CMAKE_CROSSCOMPILING_EMULATOR "${PROJECT_BINARY_DIR}/tests/launch")
 endif()
 
-set(CORVANE_LEFT_OUT_FILE "${CMAKE_CURRENT_LIST_DIR}/left-out.txt")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CORVANE_LEFT_OUT_FILE}")
 set(CORVANE_LEFT_OUT_PROGRAMS "") # those that are named as a whole
 set(CORVANE_LEFT_OUT_NAMES "")    # all that are named, be it for one case

@@ -61,7 +61,8 @@ void tst_windows_system::documentsOpenInTheirProgram()
     QFile::remove(copy);
     QSettings classes(kClasses, QSettings::NativeFormat);
     classes.setValue(kEnding + QStringLiteral("/."), QStringLiteral("CorvaneTest"));
-    classes.setValue(QStringLiteral("CorvaneTest/shell/open/command/."), QStringLiteral("cmd.exe /c copy \"%1\" \"") + copy + u'"');
+    const QString command = QStringLiteral("cmd.exe /c copy \"%1\" \"") + copy + u'"';
+    classes.setValue(QStringLiteral("CorvaneTest/shell/open/command/."), command);
     classes.sync();
     QCOMPARE(openWithItsProgram(made(name + kEnding)), 42);
     QTRY_COMPARE_WITH_TIMEOUT(QFileInfo(copy).size(), 6, 30'000);
