@@ -145,6 +145,7 @@ void tst_save_excel::namesThatEndInXlsx()
     QFile old(written);
     if (exists)
         QVERIFY(old.open(QIODevice::WriteOnly));
+    old.close(); // Windows replaces no file that is open
     test::ScriptedDesktop desktop;
     desktop.files = {name};
     if (exists)

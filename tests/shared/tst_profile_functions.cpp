@@ -124,8 +124,9 @@ void tst_profile_functions::bothReadAFile_data()
     for (const int length : {7998, 7999, 8000, 9000}) {
         const QByteArray value(length, 'x');
         same(qPrintable(QStringLiteral("%1 characters").arg(length)), inMain("Key=" + value), value.first(std::min(length, 7999)));
-        same(qPrintable(QStringLiteral("%1 characters in quotes").arg(length)), inMain("Key=\"" + value + '"'),
-            value.first(std::min(length, 7999)));
+        if (length != 7999) // below
+            same(qPrintable(QStringLiteral("%1 characters in quotes").arg(length)), inMain("Key=\"" + value + '"'),
+                value.first(std::min(length, 7999)));
     }
 
     // Blanks are part of a value: a definition may say that a column's caption is two of them.
@@ -152,6 +153,9 @@ void tst_profile_functions::bothReadAFile_data()
     const auto wineDiffers = [](const char *name, const QByteArray &bytes, const char *value, const char *wine) {
         QTest::newRow(name) << bytes << QString::fromLatin1(value) << QByteArray(value) << QByteArray(wine);
     };
+    // Wine takes the last letter that just fits for the second quote.
+    const QByteArray longest(7999, 'x');
+    wineDiffers("Wine differs: 7999 characters in quotes", inMain("Key=\"" + longest + '"'), longest, longest.first(7998));
     // Wine wants the bracket, and takes the last one of the line; Windows takes the first, or the line's end.
     wineDiffers("Wine differs: a section without its second bracket", "[Main\r\nKey=1\r\n", "1", "");
     wineDiffers("Wine differs: a second bracket behind a section", "[Main]x]\r\nKey=1\r\n", "1", "");
