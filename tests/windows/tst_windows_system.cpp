@@ -16,7 +16,7 @@ using namespace corvane;
 
 namespace {
 
-const QString kClasses = QStringLiteral("HKEY_CURRENT_USER\\Software\\Classes");
+const QString kClasses = QStringLiteral("HKEY_CLASSES_ROOT");
 const QString kEnding = QStringLiteral(".corvane-test");
 
 } // namespace
