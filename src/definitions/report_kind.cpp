@@ -1,5 +1,6 @@
 #include "definitions/report_kind.h"
 
+#include "platform/messages/system_words.h"
 #include "shared/profile.h"
 #include "shared/report_host.h"
 
@@ -51,7 +52,7 @@ QString unreadableReason(const QString &path)
     QFile file(path);
     if (file.open(QIODevice::ReadOnly))
         return {};
-    const QString cause = info.exists() ? file.errorString() : QStringLiteral("there is no such file");
+    const QString cause = info.exists() ? systemWords(file.errorString()) : QStringLiteral("there is no such file");
     return QStringLiteral("The report definition \"%1\" cannot be read: %2.").arg(shown, cause);
 }
 

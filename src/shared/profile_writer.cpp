@@ -2,6 +2,7 @@
 
 #include "platform/files/file_hold.h"
 #include "platform/files/file_replacement.h"
+#include "platform/messages/system_words.h"
 #include "shared/code_page.h"
 
 #include <QtCore/QFile>
@@ -131,10 +132,10 @@ public:
         if (!source.exists())
             return {};
         if (!source.open(QIODevice::ReadOnly))
-            refuse(QStringLiteral("%1. Ask for the right to read it.").arg(source.errorString()));
+            refuse(QStringLiteral("%1. Ask for the right to read it.").arg(systemWords(source.errorString())));
         const QByteArray bytes = source.readAll();
         if (source.error() != QFile::NoError)
-            refuse(QStringLiteral("It cannot be read to its end: %1. Have the disk and the connection to it looked at.").arg(source.errorString()));
+            refuse(QStringLiteral("It cannot be read to its end: %1. Have the disk and the connection to it looked at.").arg(systemWords(source.errorString())));
         return bytes;
     }
 

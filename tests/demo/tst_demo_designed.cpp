@@ -2,6 +2,7 @@
 
 #include "demo/embedded_file.h"
 #include "support/demo_folder.h"
+#include "support/pdf_reader.h"
 #include "support/suite.h"
 
 #include <QtCore/QDir>
@@ -13,13 +14,13 @@ using namespace corvane;
 
 namespace {
 
-QString output(const QString &program, const QStringList &arguments)
+QString batchOutput(const QStringList &arguments)
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("CORVANE_PASSWORD"), QStringLiteral("clinic"));
     process.setProcessEnvironment(environment);
-    process.start(program, arguments);
+    process.start(QStringLiteral(CORVANE_BATCH), arguments);
     process.waitForFinished(120'000);
     return QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError());
 }
@@ -47,8 +48,7 @@ private:
     QString run(const QString &name) const
     {
         const QString text = m_demo.file(QStringLiteral("out.txt"));
-        const QString told = output(QStringLiteral(CORVANE_BATCH),
-            {QStringLiteral("run"), name, QStringLiteral("--folder"), m_demo.path(), QStringLiteral("--user"), QStringLiteral("nora"),
+        const QString told = batchOutput({QStringLiteral("run"), name, QStringLiteral("--folder"), m_demo.path(), QStringLiteral("--user"), QStringLiteral("nora"),
                 QStringLiteral("--patient"), QStringLiteral("1001"), QStringLiteral("--date1"), QStringLiteral("2026-11-01"),
                 QStringLiteral("--date2"), QStringLiteral("2026-11-30"), QStringLiteral("--select-all"), QStringLiteral("--text"), text,
                 QStringLiteral("--pdf"), m_demo.file(QStringLiteral("out.pdf"))});
@@ -72,7 +72,7 @@ void tst_demo_designed::everyWordStandsInThePdf()
     QFETCH(QString, name);
     const QStringList told = wordsOf(run(name));
     QVERIFY(told.size() > 20);
-    QStringList left = wordsOf(output(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), m_demo.file(QStringLiteral("out.pdf")), QStringLiteral("-")}));
+    QStringList left = wordsOf(test::popplerText(m_demo.file(QStringLiteral("out.pdf"))));
     for (const QString &word : told)
         QVERIFY2(left.removeOne(word), qPrintable(word));
 }

@@ -3,6 +3,7 @@
 #include "editor/column_ruler.h"
 #include "editor/frm_cvr_props.h"
 #include "platform/files/file_hold.h"
+#include "support/hindrances.h"
 #include "support/modal_answers.h"
 #include "support/scripted_desktop.h"
 #include "support/suite.h"
@@ -23,11 +24,8 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTreeView>
 
-#include <csignal>
 #include <functional>
-
-#include <sys/resource.h>
-#include <unistd.h>
+#include <memory>
 
 using namespace corvane;
 
@@ -40,7 +38,6 @@ const QByteArray kDefinition
       "[Layout]\nOrientation=P\nPageBreak=N\n"
       "[Header]\nLText={Date}\nCText=Visits\nRText=North\n"
       "[Footer]\nLText=left\nCText=Page %d\nRText=\n";
-constexpr uid_t kNobody = 65534;
 
 QString text(const char *utf8)
 {
@@ -145,26 +142,15 @@ std::function<void()> readOnlyFile(const Opened &opened)
 {
     QFile::setPermissions(opened.folder.path(), QFile::Permissions(0x7777));
     QFile::setPermissions(opened.file, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
-    const bool became
-        = geteuid() == 0 && setresuid(kNobody, kNobody, 0) == 0; // root may write anywhere
-    return [became, file = opened.file] {
-        if (became && setresuid(0, 0, 0) != 0)
-            qFatal("cannot become root again");
+    return [somebody = std::make_shared<test::Unprivileged>(), file = opened.file]() mutable {
+        somebody.reset();
         QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
     };
 }
 
 std::function<void()> fullDisk(const Opened &)
 {
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit tight{100, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &tight);
-    return [before, handler] {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handler);
-    };
+    return [disk = std::make_shared<test::FullDisk>(100)]() mutable { disk.reset(); };
 }
 
 std::function<void()> vanishedFile(const Opened &opened)

@@ -6,11 +6,11 @@
 #include "engine/report_text.h"
 #include "platform/engine/element_table.h"
 #include "platform/engine/report_control.h"
+#include "support/host_program.h"
 #include "support/suite.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QMap>
-#include <QtCore/QProcess>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSet>
 #include <QtTest/QtTest>
@@ -72,14 +72,11 @@ QString loaded(const QString &fileName, const QString &name)
 /// What xmllint says against the schema; empty: all are valid.
 QString schemaFaults(const QStringList &fileNames)
 {
-    QProcess lint;
-    lint.start(QStringLiteral("xmllint"),
+    const test::ProgramRun lint = test::runHostProgram(QStringLiteral("xmllint"),
         QStringList{QStringLiteral("--noout"), QStringLiteral("--schema"),
             QString(kDocs + QStringLiteral("designed-reports.xsd"))}
             + fileNames);
-    if (!lint.waitForFinished(60'000))
-        return lint.errorString();
-    return lint.exitCode() == 0 ? QString() : QString::fromUtf8(lint.readAllStandardError());
+    return lint.status == 0 ? QString() : QString::fromUtf8(lint.errors);
 }
 
 /// The examples of the reference.

@@ -88,7 +88,7 @@ void tst_save_pdf::saysWhenTheFileCannotBeWritten()
     desktop.files = {file};
     desktop.answers = {MessageAnswer::Yes};
     const QString cause = savepdf(desktop, document(), m_folder.path());
-    QVERIFY2(cause.contains(QStringLiteral("The folder \"%1\" does not exist.").arg(m_folder.filePath(QStringLiteral("none")))), qPrintable(cause));
+    QVERIFY2(cause.contains(QStringLiteral("The folder \"%1\" does not exist.").arg(QDir::toNativeSeparators(m_folder.filePath(QStringLiteral("none"))))), qPrintable(cause));
     QCOMPARE(desktop.messages.last().text,
         QString(u"Failed to convert '" + file + u"\r\nIf the pdf file is open, please close it and try again."));
     QVERIFY(!QFile::exists(file));

@@ -362,11 +362,17 @@ void tst_embedded_driver::connectionsDoNotSeeEachOthersFolder()
         {m_program.path()});
     QCOMPARE(test::described(*connection->openRowset(QStringLiteral("SELECT * FROM rooms"))),
         QStringLiteral("Integer 7"));
-    const QString other = folderWith(QStringLiteral("sub folder %41?#"));
+    // Letters that mean something in a URI; Windows has no question marks in names.
+#ifdef Q_OS_WIN
+    const QString odd = QStringLiteral("sub folder %41#");
+#else
+    const QString odd = QStringLiteral("sub folder %41?#");
+#endif
+    const QString other = folderWith(odd);
     test::writeDatabase(
         other + QStringLiteral("One.db"), "CREATE TABLE t(id int); INSERT INTO t VALUES(5)");
     const auto driver = openEmbedded(
-        textFor(QStringLiteral("One"), QStringLiteral("sub folder %41?#")), {m_program.path()});
+        textFor(QStringLiteral("One"), odd), {m_program.path()});
     QCOMPARE(test::described(*driver->query(QStringLiteral("SELECT * FROM One..t"))),
         QStringLiteral("Integer 5"));
     QVERIFY(!failureOf([&] {

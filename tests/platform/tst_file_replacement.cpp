@@ -30,7 +30,6 @@ private Q_SLOTS:
     void theOldFileStaysUntilTheNewOneIsComplete();
     void anyNameWillDo();
     void aFolderIsNotReplaced();
-    void aFolderThatVanishesIsTold();
     void whoeverComesSecondWaitsForTheHold();
     void whatKilledProgramsLeftGoes();
     void severalFilesComeTogetherOrNotAtAll_data();
@@ -103,21 +102,6 @@ void tst_file_replacement::aFolderIsNotReplaced()
         QStringLiteral("The PDF file \"%1\" was not saved. A folder has this name. Choose another "
                        "file name.")
             .arg(QDir::toNativeSeparators(m_folder->path())));
-}
-
-/// As a network folder does when its server or the cable is gone.
-void tst_file_replacement::aFolderThatVanishesIsTold()
-{
-    QDir(m_folder->path()).mkdir(s("share"));
-    FileReplacement file(s("PDF file"), path("share/a.pdf"));
-    QVERIFY(file.open() && file.write("new"));
-    QVERIFY(QDir(path("share")).removeRecursively());
-    QVERIFY(!file.commit());
-    QCOMPARE(file.failure(),
-        QStringLiteral("The PDF file \"%1\" was not saved. The folder \"%2\" does not exist. "
-                       "Choose another folder.")
-            .arg(QDir::toNativeSeparators(path("share/a.pdf")),
-                QDir::toNativeSeparators(path("share"))));
 }
 
 void tst_file_replacement::whoeverComesSecondWaitsForTheHold()

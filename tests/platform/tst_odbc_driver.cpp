@@ -4,6 +4,7 @@
 #include "platform/database/odbc/keywords.h"
 #include "platform/database/odbc/provider.h"
 #include "support/failures.h"
+#include "support/host_program.h"
 #include "support/suite.h"
 
 #include <QtCore/QDir>
@@ -11,39 +12,7 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
-#include <pthread.h>
-
 using namespace corvane;
-
-namespace {
-
-/// As long as it lives the system has no thread to give: none of that size has room in memory.
-class NoThreads
-{
-public:
-    NoThreads()
-    {
-        pthread_getattr_default_np(&m_before);
-        pthread_attr_t huge = m_before;
-        pthread_attr_setstacksize(&huge, size_t(1) << 50);
-        pthread_setattr_default_np(&huge);
-    }
-    ~NoThreads() { pthread_setattr_default_np(&m_before); }
-    Q_DISABLE_COPY_MOVE(NoThreads)
-
-private:
-    pthread_attr_t m_before;
-};
-
-/// Of this process.
-qsizetype threadCount()
-{
-    return QDir(QStringLiteral("/proc/self/task"))
-        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
-        .size();
-}
-
-} // namespace
 
 /// The drivers "SQLite3" and "FreeTDS" must be installed: the first is a whole database behind
 /// ODBC, the second meets a server that is not there.
@@ -68,8 +37,6 @@ private Q_SLOTS:
     void failedConnections_data();
     void failedConnections();
     void rowsetsOutliveConnections();
-    void withoutAThreadAQueryIsRefused();
-    void withoutAThreadAStoppedQueryIsLeftAlone();
 
 private:
     std::unique_ptr<Connection> open(TimeOuts timeOuts = {}) const;
@@ -81,7 +48,7 @@ std::unique_ptr<Connection> tst_odbc_driver::open(TimeOuts timeOuts) const
 {
     return Connection::open(
         u"Provider=SQLite3;Data Source=anything;User Id=me;Password=s{e}c;Initial Catalog="
-            + m_folder.filePath(QStringLiteral("odbc.db")),
+            + test::hostPath(m_folder.filePath(QStringLiteral("odbc.db"))),
         {{}, 0, timeOuts});
 }
 
@@ -356,42 +323,6 @@ void tst_odbc_driver::rowsetsOutliveConnections()
     QVERIFY2(installed.contains(QStringLiteral("SQLite3"))
             && installed.contains(QStringLiteral("FreeTDS")),
         qPrintable(installed.join(u", ")));
-}
-
-void tst_odbc_driver::withoutAThreadAQueryIsRefused()
-{
-    const auto connection = open({.query = 5});
-    const QString sql = QStringLiteral("SELECT n FROM counts");
-    {
-        const NoThreads none;
-        const auto failure = test::databaseFailure([&] { connection->openRowset(sql); });
-        QVERIFY(failure);
-        QVERIFY2(
-            failure->description().contains(u"no thread left"), qPrintable(failure->description()));
-    }
-    QCOMPARE(connection->openRowset(sql)->rowCount(), 4);
-}
-
-void tst_odbc_driver::withoutAThreadAStoppedQueryIsLeftAlone()
-{
-    struct Stopped
-    {
-    };
-    const QString slow
-        = QStringLiteral("WITH RECURSIVE s(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM s "
-                         "WHERE i < 3000000) SELECT COUNT(*) FROM s");
-    const auto connection = open();
-    const qsizetype threads = threadCount();
-    std::optional<NoThreads> none;
-    QVERIFY_THROWS_EXCEPTION(Stopped, connection->openRowset(slow, [&none] {
-        none.emplace();
-        throw Stopped();
-    }));
-    none.reset();
-    const auto next = test::databaseFailure([&] { connection->openRowset(slow); });
-    QVERIFY(next);
-    QCOMPARE(next->cause(), FailureCause::Lost);
-    QTRY_COMPARE_WITH_TIMEOUT(threadCount(), threads, 60'000);
 }
 
 QTEST_GUILESS_MAIN(tst_odbc_driver)

@@ -1,4 +1,4 @@
-// Rights, links and devices, as POSIX has them.
+// Rights, links, devices and folders, as POSIX has them.
 
 #include "platform/files/file_replacement.h"
 #include "support/suite.h"
@@ -29,6 +29,7 @@ private Q_SLOTS:
     void theNewFileHasTheOldOnesRights();
     void aLinkStaysALink();
     void whatIsNoFileIsRefused();
+    void aFolderThatVanishesIsTold();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(s(name)); }
@@ -98,6 +99,21 @@ void tst_replacing_on_posix::whatIsNoFileIsRefused()
                            "Choose another file name.")
                 .arg(name));
     }
+}
+
+/// As a network folder does when its server or the cable is gone. Other systems keep a folder in which
+/// a file is open.
+void tst_replacing_on_posix::aFolderThatVanishesIsTold()
+{
+    QDir(m_folder->path()).mkdir(s("share"));
+    FileReplacement file(s("PDF file"), path("share/a.pdf"));
+    QVERIFY(file.open() && file.write("new"));
+    QVERIFY(QDir(path("share")).removeRecursively());
+    QVERIFY(!file.commit());
+    QCOMPARE(file.failure(),
+        QStringLiteral("The PDF file \"%1\" was not saved. The folder \"%2\" does not exist. "
+                       "Choose another folder.")
+            .arg(path("share/a.pdf"), path("share")));
 }
 
 QTEST_GUILESS_MAIN(tst_replacing_on_posix)

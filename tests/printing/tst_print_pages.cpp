@@ -1,6 +1,7 @@
 #include "platform/composer/page_composer.h"
 #include "platform/printing/print_error.h"
 #include "platform/printing/print_pages.h"
+#include "support/hindrances.h"
 #include "support/pdf_reader.h"
 #include "support/suite.h"
 
@@ -9,9 +10,6 @@
 #include <QtCore/QTemporaryDir>
 #include <QtPrintSupport/QPrinter>
 #include <QtTest/QtTest>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace corvane;
 
@@ -56,6 +54,7 @@ private Q_SLOTS:
     void textStaysText();
     void stoppingLeavesNothing_data();
     void stoppingLeavesNothing();
+    void onlyTheOwnerReadsTheSpool();
     void failuresAreTold_data();
     void failuresAreTold();
     void aFullDiskIsTold();
@@ -73,7 +72,8 @@ private:
 void tst_print_pages::initTestCase()
 {
     QVERIFY(QDir(m_folder.path()).mkdir(QStringLiteral("tmp")));
-    qputenv("TMPDIR", QFile::encodeName(path(QStringLiteral("tmp"))));
+    for (const char *variable : {"TMPDIR", "TMP"}) // the second one on Windows
+        qputenv(variable, QFile::encodeName(path(QStringLiteral("tmp"))));
 }
 
 void tst_print_pages::init()
@@ -229,18 +229,28 @@ void tst_print_pages::stoppingLeavesNothing()
         QVERIFY(old.open(QIODevice::WriteOnly));
         old.write(before.toLatin1());
     }
-    QFile::Permissions forOthers;
-    const auto progress = [&](int page, int) {
-        for (const QFileInfo &spooled : QDir::temp().entryInfoList(QDir::Files))
-            forOthers |= spooled.permissions() & ~(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
-        return page < stopAt;
-    };
+    const auto progress = [&](int page, int) { return page < stopAt; };
     const PrintResult result = print(report(5), {}, {.currentPage = 0, .progress = progress});
     QCOMPARE(result.outcome, PrintOutcome::Stopped);
-    QCOMPARE(forOthers, QFile::Permissions());
     QCOMPARE(readFile(m_file), before);
     QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files).size(), before.isEmpty() ? 0 : 1);
     QVERIFY(QDir::temp().isEmpty());
+}
+
+void tst_print_pages::onlyTheOwnerReadsTheSpool()
+{
+    int seen = 0;
+    QFile::Permissions forOthers;
+    const auto progress = [&](int, int) {
+        for (const QFileInfo &spooled : QDir::temp().entryInfoList(QDir::Files | QDir::Hidden)) {
+            ++seen;
+            forOthers |= spooled.permissions() & ~(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
+        }
+        return true;
+    };
+    print(report(5), {}, {.currentPage = 0, .progress = progress});
+    QVERIFY(seen > 0);
+    QCOMPARE(forOthers, QFile::Permissions());
 }
 
 void tst_print_pages::failuresAreTold_data()
@@ -249,17 +259,16 @@ void tst_print_pages::failuresAreTold_data()
     QTest::addColumn<bool>("isWhole");
     QTest::addColumn<QString>("words");
 
+    const QString file = path(QStringLiteral("none/paper.pdf"));
+    QTest::newRow("a folder that does not exist")
+        << Settings([file](QPrinter &printer) { printer.setOutputFileName(file); }) << true
+        << QStringLiteral("The report was not printed to the file \"%1\". The folder \"%2\" does not exist. "
+                          "Choose another folder.")
+               .arg(QDir::toNativeSeparators(file), QDir::toNativeSeparators(path(QStringLiteral("none"))));
     const auto row
         = [](const char *name, const Settings &settings, bool isWhole, const char *words) {
               QTest::newRow(name) << settings << isWhole << QString::fromUtf8(words);
           };
-    row(
-        "a folder that does not exist",
-        [](QPrinter &printer) { printer.setOutputFileName(QStringLiteral("/none/paper.pdf")); },
-        true,
-        "The report was not printed to the file \"/none/paper.pdf\". The folder \"/none\" does not "
-        "exist. "
-        "Choose another folder.");
     row(
         "neither printer nor file",
         [](QPrinter &printer) {
@@ -299,19 +308,14 @@ void tst_print_pages::failuresAreTold()
 /// A limit on the size of files stands for the disk that is full.
 void tst_print_pages::aFullDiskIsTold()
 {
-    signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    const rlimit small{2000, old.rlim_max};
     const Document document = report(3);
-    setrlimit(RLIMIT_FSIZE, &small);
     QString words;
     try {
+        const test::FullDisk full(2000);
         print(document);
     } catch (const PrintError &error) {
         words = error.message();
     }
-    setrlimit(RLIMIT_FSIZE, &old);
     QCOMPARE(words,
         QStringLiteral(
             "The report was not printed to the file \"%1\". The folder \"%2\" has no room for its "

@@ -45,9 +45,9 @@ QByteArray systemValue(const QString &file, const char *section, const char *key
     return buffer == "(none)" ? QByteArray() : buffer;
 }
 
-QByteArray inMain(const char *line)
+QByteArray inMain(const QByteArray &line)
 {
-    return QByteArray("[Main]\r\n") + line + "\r\n";
+    return "[Main]\r\n" + line + "\r\n";
 }
 
 } // namespace
@@ -140,7 +140,7 @@ void tst_profile_functions::bothReadAFile_data()
     QTest::newRow("deliberate: UTF-8 without its mark") << inMain("Key=\xc5\x99") << QString(QChar(0x159))
                                                         << QByteArray("\xc5\x99") << QByteArray("\xc5\x99");
     QTest::newRow("deliberate: UTF-8 with its mark")
-        << "\xef\xbb\xbf" + inMain("Key=\xc3\xa9") << QStringLiteral("\u00e9") << QByteArray() << QByteArray("\xe9");
+        << QByteArray("\xef\xbb\xbf" + inMain("Key=\xc3\xa9")) << QStringLiteral("\u00e9") << QByteArray() << QByteArray("\xe9");
     // Whoever looks at a file in an editor sees nothing behind a NUL, and no line end in a lone return.
     QTest::newRow("deliberate: a NUL ends the text")
         << QByteArray("[Main]\nA=1\n\0[Main]\nKey=2\n", 24) << QString() << QByteArray("2") << QByteArray("2");

@@ -9,6 +9,7 @@
 #include "platform/process/single_instance.h"
 #include "printing/print_server.h"
 #include "support/demo_folder.h"
+#include "support/hindrances.h"
 #include "support/modal_answers.h"
 #include "support/scripted_desktop.h"
 #include "support/suite.h"
@@ -27,9 +28,6 @@
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QToolTip>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace corvane;
 
@@ -83,23 +81,6 @@ bool dropOn(QWidget *target, const QList<QUrl> &files, Qt::DropActions actions =
     QCoreApplication::sendEvent(target, &drop);
     return drop.isAccepted() && drop.dropAction() == Qt::CopyAction;
 }
-
-/// No file of this process grows beyond a few bytes while this lives, as on a full disk.
-class SmallFiles
-{
-public:
-    SmallFiles()
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit small {512, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~SmallFiles() { setrlimit(RLIMIT_FSIZE, &m_before); }
-
-private:
-    rlimit m_before {};
-};
 
 /// A program on a folder, with its modal dialogs answered in order.
 struct Program {
@@ -560,7 +541,7 @@ void tst_main_window::aWorkbookThatCannotBeWrittenIsTold()
     });
     program.modal.press(QMessageBox::Ok);
     {
-        const SmallFiles full;
+        const test::FullDisk full(512);
         click(program.button(ExcelButton));
     }
     QVERIFY2(program.modal.messages()[0].text.contains(QStringLiteral("rows.xls")), qPrintable(program.modal.messages()[0].text));
@@ -585,7 +566,7 @@ void tst_main_window::aPdfThatCannotBeWrittenIsTold()
     program.modal.press(QMessageBox::Yes);
     program.modal.press(QMessageBox::Ok);
     {
-        const SmallFiles full;
+        const test::FullDisk full(512);
         click(program.button(PdfButton));
     }
     QVERIFY(program.modal.messages()[1].text.startsWith(u"Failed to convert '"));

@@ -10,6 +10,10 @@ namespace corvane::test {
 /// edge, baseline and letters. A continued block has a "+" behind its kind.
 QStringList dump(const Document &document);
 
+/// What one page (index from 0) draws, header and footer included: one line per rectangle, picture and text run, with
+/// their places in twips; a run with its font, colour and letters, and the glyphs that a shaper placed.
+QStringList operations(const Document &document, int page);
+
 /// The texts of one page's blocks, cells joined by "|".
 QStringList blockTexts(const Document &document, int page);
 

@@ -1,22 +1,15 @@
 #include "support/pdf_reader.h"
 
-#include <QtCore/QProcess>
+#include "support/host_program.h"
 
 namespace corvane::test {
 
 QString readerOutput(const QString &program, const QStringList &arguments)
 {
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForStarted())
-        return QStringLiteral("FAILED: %1 cannot be started; install it").arg(program);
-    constexpr int kPatience = 120'000;
-    if (!process.waitForFinished(kPatience))
-        return QStringLiteral("FAILED: %1 does not end").arg(program);
-    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        return QStringLiteral("FAILED: %1 ended with %2: %3").arg(program).arg(process.exitCode())
-            .arg(QString::fromUtf8(process.readAllStandardError()));
-    return QString::fromUtf8(process.readAllStandardOutput());
+    const ProgramRun run = runHostProgram(program, arguments);
+    if (run.status != 0)
+        return QStringLiteral("FAILED: %1 ended with %2: %3").arg(program).arg(run.status).arg(QString::fromUtf8(run.errors));
+    return QString::fromUtf8(run.output);
 }
 
 QString popplerText(const QString &fileName, TextOrder order)

@@ -1,5 +1,6 @@
 #include "support/workbook_reader.h"
 
+#include "support/host_program.h"
 #include "support/pdf_reader.h"
 
 #include <QtCore/QDateTime>
@@ -203,7 +204,7 @@ QList<ReadWorkbook> readWithOfficeSuite(
     const QStringList &files, const QString &scratchFolder, QString &fault)
 {
     const QString profile
-        = QUrl::fromLocalFile(scratchFolder + QStringLiteral("/profile")).toString();
+        = QUrl::fromLocalFile(hostPath(scratchFolder) + QStringLiteral("/profile")).toString();
     const QString output = readerOutput(QStringLiteral("soffice"),
         QStringList{QString(u"-env:UserInstallation=" + profile), QStringLiteral("--headless"),
             QStringLiteral("--convert-to"), QStringLiteral("fods"), QStringLiteral("--outdir"),

@@ -1,17 +1,14 @@
 #include "workbook/hindrances.h"
 
+#include "support/hindrances.h"
+
 #include <QtCore/QFile>
 
-#include <csignal>
-
-#include <sys/resource.h>
-#include <unistd.h>
+#include <memory>
 
 namespace corvane::test {
 
 namespace {
-
-constexpr uid_t kNobody = 65534;
 
 /// Root may write anywhere, so the attempt is made as a user who may not.
 std::function<void()> withoutRights(
@@ -19,11 +16,8 @@ std::function<void()> withoutRights(
 {
     QFile::setPermissions(folder, ofFolder);
     QFile::setPermissions(folder + u'/' + kUsual, ofFile);
-    const bool isRoot = geteuid() == 0;
-    const bool became = isRoot && setresuid(kNobody, kNobody, 0) == 0;
-    return [folder, became] {
-        if (became && setresuid(0, 0, 0) != 0)
-            qFatal("cannot become root again");
+    return [folder, somebody = std::make_shared<Unprivileged>()]() mutable {
+        somebody.reset();
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     };
 }
@@ -42,19 +36,10 @@ std::function<void()> targetIsReadOnly(const QString &folder)
         folder, kEnter | QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther, kRead);
 }
 
-/// A file may not grow beyond `bytes`: to the writer the same as a disk that fills up.
 Hindrance noRoomBeyond(qint64 bytes)
 {
     return [bytes](const QString &) {
-        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit before{};
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit tight{rlim_t(bytes), before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &tight);
-        return [before, handler] {
-            setrlimit(RLIMIT_FSIZE, &before);
-            std::signal(SIGXFSZ, handler);
-        };
+        return [disk = std::make_shared<FullDisk>(bytes)]() mutable { disk.reset(); };
     };
 }
 

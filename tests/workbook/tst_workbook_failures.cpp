@@ -89,7 +89,7 @@ void tst_workbook_failures::failuresAreToldAndLeaveNothing_data()
         "A folder has this name. Choose another file name.");
     row("the folder is gone", none, "gone\" does not exist. Choose another folder.",
         QStringLiteral("gone/out.xls"));
-    row("a name of 300 letters", none, "File name too long. Choose another file name",
+    row("a name of 300 letters", none, "too long. Choose another file name",
         QString(300, u'n'));
     const QTemporaryDir dir;
     writeWorkbook(*someRows(), dir.filePath(kUsual));
@@ -118,7 +118,7 @@ void tst_workbook_failures::failuresAreToldAndLeaveNothing()
         message = error.message();
     }
     release();
-    QVERIFY2(message.contains(name) && message.contains(cause), qPrintable(message));
+    QVERIFY2(message.contains(QDir::toNativeSeparators(name)) && message.contains(cause), qPrintable(message));
     QVERIFY2(message.endsWith(u'.'), qPrintable(message));
     QCOMPARE(entries(dir.path()), before);
     QVERIFY(isOld(old));

@@ -39,7 +39,9 @@ FontFace::Glyph glyphOf(const FontFace &face, QChar c)
 QFont fontOf(const FontFace &face)
 {
     const QRawFont &raw = face.rawFont();
-    QFont font(raw.familyName());
+    QFont font;
+    // The font that comes with the program goes before the system's own choice for letters that the face lacks.
+    font.setFamilies({raw.familyName(), QStringLiteral("DejaVu Sans")});
     font.setWeight(QFont::Weight(raw.weight()));
     font.setStyle(raw.style());
     font.setHintingPreference(QFont::PreferNoHinting);

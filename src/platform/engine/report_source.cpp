@@ -1,6 +1,7 @@
 #include "platform/engine/report_source.h"
 
 #include "platform/engine/report_control.h"
+#include "platform/messages/system_words.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -62,10 +63,10 @@ ReportSource ReportSource::read(const QString &fileName)
         nothing.fail(QStringLiteral("This is a folder, not a report."));
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        nothing.fail(QStringLiteral("The file cannot be read: %1.").arg(file.errorString()));
+        nothing.fail(QStringLiteral("The file cannot be read: %1.").arg(systemWords(file.errorString())));
     const QByteArray bytes = file.read(kMaxBytes + 1);
     if (file.error() != QFileDevice::NoError)
-        nothing.fail(QStringLiteral("The file cannot be read: %1.").arg(file.errorString()));
+        nothing.fail(QStringLiteral("The file cannot be read: %1.").arg(systemWords(file.errorString())));
     return fromBytes(fileName, bytes);
 }
 

@@ -70,13 +70,13 @@ SystemFault FileReplacement::createBeside()
     const QString folder = QFileInfo(m_target).absolutePath();
     SystemFault fault;
     for (int i = 0; i < kAttempts; ++i) {
-        const QString name = randomTemporaryName(folder);
-        fault = createFor(m_target, name, m_file);
+        m_name = randomTemporaryName(folder);
+        fault = createFor(m_target, m_name, m_file);
         // Somebody who cleans up may be quicker than the hold on it.
         if (!fault && holdOpenFile(m_file.handle()) != HoldResult::HeldByAnother
-            && QFile::exists(name))
+            && QFile::exists(m_name))
             return {};
-        if (fault && !QFile::exists(name))
+        if (fault && !QFile::exists(m_name))
             return fault;
         m_file.close();
     }
@@ -116,7 +116,7 @@ bool FileReplacement::commit()
 
 bool FileReplacement::place()
 {
-    if (const SystemFault fault = moveOnto(m_file, m_target)) {
+    if (const SystemFault fault = moveOnto(m_name, m_target)) {
         discard();
         return fail(fault);
     }
@@ -128,7 +128,7 @@ bool FileReplacement::place()
 void FileReplacement::discard()
 {
     m_file.close();
-    QFile::remove(m_file.fileName());
+    QFile::remove(m_name);
 }
 
 /// Gives the older file a second name, so that it can come back.

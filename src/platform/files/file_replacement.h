@@ -57,6 +57,7 @@ private:
     QString m_fileName;
     QString m_target; ///< what the name leads to, links followed
     SavePlace m_place;
+    QString m_name; ///< until it is in its place; an open file does not tell it everywhere
     QFile m_file;
     QString m_old; ///< the older file's second name while it may have to come back
     bool m_isComplete = false;

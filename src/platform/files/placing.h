@@ -23,9 +23,7 @@ void takeOverRights(QFile &file, const QString &target);
 /// What was written is on the disk afterwards, not on its way.
 SystemFault flushToDisk(QFile &file);
 
-/// Puts an open file into another one's place, in one step and for good.
-SystemFault moveOnto(QFile &file, const QString &target);
-/// The same for a file that is not open.
+/// Puts a file, which this program may have open, into another one's place, in one step and for good.
 SystemFault moveOnto(const QString &name, const QString &target);
 /// Gives a file a second name, or makes a copy of it where files have but one.
 SystemFault keepUnder(const QString &second, const QString &name);

@@ -71,11 +71,6 @@ SystemFault flushToDisk(QFile &file)
         qt_error_string(errno)};
 }
 
-SystemFault moveOnto(QFile &file, const QString &target)
-{
-    return moveOnto(file.fileName(), target);
-}
-
 SystemFault moveOnto(const QString &name, const QString &target)
 {
     std::error_code error;

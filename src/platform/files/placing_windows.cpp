@@ -38,10 +38,11 @@ struct CloseFile
 using OpenFile = std::unique_ptr<HANDLE, CloseFile>;
 
 /// Null when it cannot be opened: GetLastError() says why.
-OpenFile openExisting(const QString &name, DWORD access, DWORD share = kShareAll)
+OpenFile openExisting(
+    const QString &name, DWORD access, DWORD share = kShareAll, DWORD flags = 0)
 {
     const HANDLE handle = CreateFileW(nativePath(name).c_str(), access, share, nullptr,
-        OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+        OPEN_EXISTING, flags | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     return OpenFile(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
 }
 
@@ -52,20 +53,12 @@ HANDLE handleOf(QFile &file)
 
 SystemFault faultOf(DWORD code, QFileDevice::FileError kind, const QString &name)
 {
-    switch (code) {
-    case ERROR_DISK_FULL:
-    case ERROR_HANDLE_DISK_FULL:
-    case kQuotaExceeded:
-        kind = QFileDevice::ResourceError;
-        break;
-    case ERROR_INVALID_NAME: // the system's words leave the reader to guess what is wrong with it
-        if (QFileInfo(name).fileName().size() > kLongestName)
-            return {kind, QStringLiteral("File name too long")};
-        break;
-    default:
-        break;
-    }
-    return {kind, qt_error_string(int(code))};
+    // The system's words for it leave the reader to guess, where they are not about something else.
+    if (QFileInfo(name).fileName().size() > kLongestName)
+        return {kind, QStringLiteral("File name too long")};
+    const bool isFull
+        = code == ERROR_DISK_FULL || code == ERROR_HANDLE_DISK_FULL || code == kQuotaExceeded;
+    return {isFull ? QFileDevice::ResourceError : kind, qt_error_string(int(code))};
 }
 
 /// A file's own rights, with those that it has from its folder; empty where there are none.
@@ -111,20 +104,6 @@ bool maySoonBeFree(DWORD result, const QString &target)
         && isOpenElsewhere(target, OpenUse::Any);
 }
 
-SystemFault moveOnto(HANDLE file, const QString &target)
-{
-    const std::wstring path = nativePath(target);
-    DWORD result = rename(file, path);
-    for (int i = 0; i < kAttempts && maySoonBeFree(result, target); ++i) {
-        QThread::msleep(kPauseMs);
-        result = rename(file, path);
-    }
-    if (result != ERROR_SUCCESS)
-        return faultOf(result, QFileDevice::RenameError, target);
-    FlushFileBuffers(file); // the new name, too
-    return {};
-}
-
 } // namespace
 
 /// Open as no Qt device opens a file: it can be renamed as it is, and until then no moment comes in
@@ -134,7 +113,7 @@ SystemFault createFor(const QString &target, const QString &name, QFile &file)
     std::vector<char> rights = rightsOf(target);
     SECURITY_ATTRIBUTES attributes{sizeof attributes, rights.data(), FALSE};
     const HANDLE handle = CreateFileW(nativePath(name).c_str(),
-        GENERIC_READ | GENERIC_WRITE | DELETE, kShareAll, rights.empty() ? nullptr : &attributes,
+        GENERIC_READ | GENERIC_WRITE, kShareAll, rights.empty() ? nullptr : &attributes,
         CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
         const DWORD code = GetLastError();
@@ -163,16 +142,21 @@ SystemFault flushToDisk(QFile &file)
     return faultOf(GetLastError(), QFileDevice::WriteError, file.fileName());
 }
 
-SystemFault moveOnto(QFile &file, const QString &target)
-{
-    return moveOnto(handleOf(file), target);
-}
-
+/// By a handle of its own, which makes the name, too, reach the disk before the call returns, and is
+/// closed at once: as long as somebody may delete a file, most programs cannot open it.
 SystemFault moveOnto(const QString &name, const QString &target)
 {
-    const OpenFile file = openExisting(name, GENERIC_WRITE | DELETE);
-    return file ? moveOnto(file.get(), target)
-                : faultOf(GetLastError(), QFileDevice::RenameError, name);
+    const OpenFile file = openExisting(name, DELETE, kShareAll, FILE_FLAG_WRITE_THROUGH);
+    if (!file)
+        return faultOf(GetLastError(), QFileDevice::RenameError, name);
+    const std::wstring path = nativePath(target);
+    DWORD result = rename(file.get(), path);
+    for (int i = 0; i < kAttempts && maySoonBeFree(result, target); ++i) {
+        QThread::msleep(kPauseMs);
+        result = rename(file.get(), path);
+    }
+    return result == ERROR_SUCCESS ? SystemFault()
+                                   : faultOf(result, QFileDevice::RenameError, target);
 }
 
 SystemFault keepUnder(const QString &second, const QString &name)

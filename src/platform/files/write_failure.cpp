@@ -1,6 +1,7 @@
 #include "platform/files/write_failure.h"
 
 #include "platform/files/placing.h"
+#include "platform/messages/system_words.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -16,10 +17,9 @@ struct WriteFault
     QString here; ///< what to do when it must be this one
 };
 
-/// Some systems end their words with a full stop.
 QString sentence(const QString &systemText)
 {
-    return systemText.endsWith(u'.') ? systemText : QString(systemText + u'.');
+    return systemWords(systemText) + u'.';
 }
 
 WriteFault findFault(

@@ -1,6 +1,7 @@
 #include "platform/printing/print_delivery.h"
 
 #include "platform/files/file_hold.h"
+#include "platform/messages/system_words.h"
 #include "platform/printing/print_error.h"
 #ifdef CORVANE_CUPS
 #include "platform/printing/cups_job.h"
@@ -50,7 +51,7 @@ PrintDelivery::PrintDelivery(QPrinter &printer)
     if (!m_spool.open()) {
         throw PrintError(refusal(
             QStringLiteral("No file can be made in the folder \"%1\" (%2). Free some space there.")
-                .arg(QDir::toNativeSeparators(QDir::tempPath()), m_spool.errorString())));
+                .arg(QDir::toNativeSeparators(QDir::tempPath()), systemWords(m_spool.errorString()))));
     }
     holdOpenFile(m_spool.handle());
     m_printer.setOutputFileName(m_spool.fileName());

@@ -43,15 +43,16 @@ HRESULT DeviceBytes::ReadAt(ULARGE_INTEGER offset, void *bytes, ULONG size, ULON
     const auto at = qint64(offset.QuadPart);
     const qint64 wanted = std::clamp<qint64>(m_size - at, 0, size);
     auto *to = static_cast<char *>(bytes);
-    qint64 done = 0;
-    if (at < m_device.size() && !m_hasFailed) {
-        m_hasFailed = !m_device.seek(at);
-        done = m_hasFailed ? 0 : m_device.read(to, wanted);
-        m_hasFailed = m_hasFailed || done < 0;
+    std::memset(to, 0, size_t(wanted));
+    if (at < m_device.size())
+        m_hasFailed = !m_device.seek(at) || m_device.read(to, wanted) < 0 || m_hasFailed;
+    for (const Piece &piece : m_lost) {
+        const qint64 from = std::max(at, piece.offset);
+        const qint64 end = std::min(at + wanted, piece.offset + piece.bytes.size());
+        if (from < end)
+            std::memcpy(to + (from - at), piece.bytes.constData() + (from - piece.offset),
+                size_t(end - from));
     }
-    if (m_hasFailed)
-        return STG_E_READFAULT;
-    std::memset(to + done, 0, size_t(wanted - done));
     if (read)
         *read = ULONG(wanted);
     return S_OK;
@@ -68,16 +69,16 @@ HRESULT DeviceBytes::WriteAt(
     m_gathered.append(static_cast<const char *>(bytes), qsizetype(size));
     m_size = std::max(m_size, gatheredEnd());
     if (written)
-        *written = m_hasFailed ? 0 : size;
-    return result();
+        *written = size;
+    return S_OK;
 }
 
 HRESULT DeviceBytes::Flush()
 {
     writeGathered();
-    if (m_device.size() < m_size)
+    if (m_device.size() < m_size && !m_hasFailed)
         writeDevice(m_size - 1, QByteArrayView("", 1));
-    return result();
+    return S_OK;
 }
 
 /// The storage only grows here.
@@ -118,9 +119,13 @@ void DeviceBytes::writeDevice(qint64 offset, QByteArrayView bytes)
     while (!bytes.isEmpty() && !m_hasFailed) {
         const qint64 written = m_device.write(bytes.data(), bytes.size());
         m_hasFailed = written <= 0;
-        if (!m_hasFailed)
-            bytes = bytes.sliced(written);
+        if (m_hasFailed)
+            break;
+        offset += written;
+        bytes = bytes.sliced(written);
     }
+    if (!bytes.isEmpty())
+        m_lost.push_back({offset, bytes.toByteArray()});
 }
 
 } // namespace corvane

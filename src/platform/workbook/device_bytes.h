@@ -3,6 +3,7 @@
 #include <QtCore/QByteArray>
 
 #include <atomic>
+#include <vector>
 
 #include <qt_windows.h>
 
@@ -17,7 +18,9 @@ namespace corvane {
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 /// A Qt device as Windows's structured storage writes to one. What comes in order is gathered, for
-/// the storage hands over a sector of 512 bytes at a time. The first failure is for good.
+/// the storage hands over a sector of 512 bytes at a time. The first failure is for good and told by
+/// hasFailed() alone: some storages end the program when they do not find what they have written, so
+/// from then on it is kept in memory, which whoever looks after each call keeps small.
 class DeviceBytes final : public ILockBytes
 {
 public:
@@ -44,15 +47,21 @@ private:
     ~DeviceBytes() = default;
 
     qint64 gatheredEnd() const { return m_gatheredAt + m_gathered.size(); }
-    HRESULT result() const { return m_hasFailed ? STG_E_MEDIUMFULL : S_OK; }
     void writeGathered();
     void writeDevice(qint64 offset, QByteArrayView bytes);
+
+    struct Piece
+    {
+        qint64 offset;
+        QByteArray bytes;
+    };
 
     QIODevice &m_device;
     std::atomic<ULONG> m_references = 1;
     qint64 m_size = 0; ///< as the storage sees it; the device may lack the end, which is zeros
     qint64 m_gatheredAt = 0;
     QByteArray m_gathered;
+    std::vector<Piece> m_lost; ///< what the device did not take, in the order of writing
     bool m_hasFailed = false;
 };
 

@@ -223,7 +223,7 @@ void toDecimal(const FunctionCall &call)
             "Error converting data type varchar to numeric: '" + call.text(0).toByteArray() + "'.");
     const auto scale = int(std::clamp<qint64>(call.integer(2), 0, 15));
     const double rounded = roundedTo(*number, scale);
-    if (!(std::abs(rounded) < std::pow(10.0, double(call.integer(1) - call.integer(2)))))
+    if (!(std::abs(rounded) < powerOfTen(int(call.integer(1) - call.integer(2)))))
         return call.failOverflow("numeric");
     if (call.isInteger(0))
         return call.setCopy(0);

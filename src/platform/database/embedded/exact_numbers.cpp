@@ -2,6 +2,7 @@
 
 #include "platform/database/embedded/function_values.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <iterator>
@@ -115,21 +116,43 @@ double fifteenDigits(double value)
     return rounded;
 }
 
+double powerOfTen(int exponent)
+{
+    // Exact as far as doubles are, whatever the system's library makes of it.
+    static constexpr auto kExact = [] {
+        std::array<double, 23> powers{1};
+        for (size_t i = 1; i < powers.size(); ++i)
+            powers[i] = powers[i - 1] * 10;
+        return powers;
+    }();
+    if (exponent < 0)
+        return 1 / powerOfTen(-exponent);
+    return size_t(exponent) < kExact.size() ? kExact[size_t(exponent)] : std::pow(10.0, exponent);
+}
+
+namespace {
+
+/// By a division in place of the product with a fraction, which is none of the numbers that doubles have.
+double shifted(double value, int decimals)
+{
+    return decimals < 0 ? value / powerOfTen(-decimals) : value * powerOfTen(decimals);
+}
+
+} // namespace
+
 double roundedTo(double value, int decimals)
 {
-    const double factor = std::pow(10.0, decimals);
-    return std::round(fifteenDigits(value * factor)) / factor;
+    return shifted(std::round(fifteenDigits(shifted(value, decimals))), -decimals);
 }
 
 double cutTo(double value, int decimals)
 {
     // What misses a whole number by no more than the sixteenth digit is one.
     constexpr double kNoise = 5e-15;
-    const double factor = std::pow(10.0, decimals);
-    const double scaled = value * factor;
+    const double scaled = shifted(value, decimals);
     const double nearest = std::nearbyint(scaled);
     const bool whole = std::abs(scaled - nearest) <= std::abs(scaled) * kNoise;
-    return (whole ? nearest : std::trunc(scaled)) / factor;
+    return shifted(whole ? nearest : std::trunc(scaled), -decimals);
 }
 
 void ExactTotal::add(double value)
