@@ -28,7 +28,7 @@ CompressionQueue::CompressionQueue(int threads)
     try {
         for (size_t i = 1; i < m_compressors.size(); ++i)
             m_threads.emplace_back(
-                [this, i](const std::stop_token &stop) { serve(stop, *m_compressors[i]); });
+                [this, i] { serve(*m_compressors[i]); });
     } catch (const std::system_error &) {
         // Deliberate: the system has no more threads to give, and those that are there do the work.
     }
@@ -36,8 +36,11 @@ CompressionQueue::CompressionQueue(int threads)
 
 CompressionQueue::~CompressionQueue()
 {
-    for (std::jthread &thread : m_threads)
-        thread.request_stop();
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_isEnding = true;
+    }
+    m_hasWork.notify_all();
 }
 
 void CompressionQueue::add(std::string_view bytes, Take take)
@@ -101,12 +104,17 @@ void CompressionQueue::work(std::unique_lock<std::mutex> &lock, Compressor &comp
     m_hasResult.notify_one();
 }
 
-void CompressionQueue::serve(const std::stop_token &stop, Compressor &compressor)
+/// Ends by a flag and not by a stop token: waiting for one needs a lock of its own within the condition, and with the
+/// thread library of the Windows build two threads stood in each other's way there.
+void CompressionQueue::serve(Compressor &compressor)
 {
     std::unique_lock lock(m_mutex);
-    while (
-        m_hasWork.wait(lock, stop, [this] { return m_begun < m_added; }) && !stop.stop_requested())
-        work(lock, compressor);
+    while (!m_isEnding) {
+        if (m_begun < m_added)
+            work(lock, compressor);
+        else
+            m_hasWork.wait(lock);
+    }
 }
 
 } // namespace corvane

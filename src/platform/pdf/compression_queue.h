@@ -48,15 +48,16 @@ private:
     Job &job(size_t number) { return m_ring[number % m_ring.size()]; }
     void takeOldest();
     void work(std::unique_lock<std::mutex> &lock, Compressor &compressor);
-    void serve(const std::stop_token &stop, Compressor &compressor);
+    void serve(Compressor &compressor);
 
     std::vector<Job> m_ring;
     size_t m_taken = 0; ///< jobs are numbered from 0: so many were handed back,
     size_t m_begun = 0; ///< so many begun,
     size_t m_added = 0; ///< so many added
     size_t m_waiting = 0; ///< bytes of the jobs that were not taken
-    std::mutex m_mutex; ///< over m_begun, m_added and what a job that is begun holds
-    std::condition_variable_any m_hasWork;
+    bool m_isEnding = false;
+    std::mutex m_mutex; ///< over m_begun, m_added, m_isEnding and what a job that is begun holds
+    std::condition_variable m_hasWork;
     std::condition_variable m_hasResult;
     std::vector<std::unique_ptr<Compressor>> m_compressors; ///< the caller's own first
     std::vector<std::jthread> m_threads; ///< last: gone before what they use
