@@ -57,6 +57,14 @@ FontFace::FontFace(const QRawFont &font)
     fillPlain(m_punctuation, kPunctuationBegin);
 }
 
+QString FontFace::styleName() const
+{
+    const bool isBold = m_raw.weight() >= QFont::DemiBold;
+    if (m_raw.style() == QFont::StyleNormal)
+        return isBold ? QStringLiteral("Bold") : QStringLiteral("Regular");
+    return isBold ? QStringLiteral("Bold Italic") : QStringLiteral("Italic");
+}
+
 void FontFace::fillPlain(std::span<Glyph> table, char16_t first)
 {
     std::vector<QChar> characters(table.size());

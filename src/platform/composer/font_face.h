@@ -20,7 +20,8 @@ public:
     explicit FontFace(const QRawFont &font);
 
     QString family() const { return m_raw.familyName(); }
-    QString styleName() const { return m_raw.styleName(); }
+    /// "Regular", "Bold", "Italic" or "Bold Italic", by weight and slant: not every system tells a font's own name for it.
+    QString styleName() const;
     /// The font at one pixel per font unit, without hinting.
     const QRawFont &rawFont() const { return m_raw; }
 
