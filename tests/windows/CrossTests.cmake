@@ -14,6 +14,7 @@ set(CORVANE_LEFT_OUT_PROGRAMS "") # those that are named as a whole
 set(CORVANE_LEFT_OUT_NAMES "")    # all that are named, be it for one case
 file(STRINGS "${CORVANE_LEFT_OUT_FILE}" lines REGEX "^[^#]")
 foreach(line IN LISTS lines)
+  string(REGEX REPLACE "^screen/" "" line "${line}") # which only the launcher looks at
   if(NOT line MATCHES "^([A-Za-z0-9_]+)(::.*[^ ])?  +[^ ]")
     message(FATAL_ERROR "${CORVANE_LEFT_OUT_FILE}: no test, two blanks and a reason: ${line}")
   endif()
