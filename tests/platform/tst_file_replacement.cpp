@@ -1,5 +1,6 @@
 // What stands in a folder while a file is replaced, after it, and after it went wrong.
 
+#include "old_file.h"
 #include "platform/files/file_hold.h"
 #include "platform/files/file_replacement.h"
 #include "support/suite.h"
@@ -21,7 +22,7 @@ QString s(const char *text)
 
 } // namespace
 
-class tst_file_replacement : public test::Suite
+class tst_file_replacement : public test::Suite, private test::OldFile
 {
     Q_OBJECT
 
@@ -36,31 +37,17 @@ private Q_SLOTS:
     void severalFilesComeTogetherOrNotAtAll();
 
 private:
-    QString path(const char *name) const { return m_folder->filePath(s(name)); }
-    void write(const char *name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    }
-    QByteArray read(const char *name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-    }
     QStringList entries() const
     {
         return QDir(m_folder->path())
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 void tst_file_replacement::init()
 {
     Suite::init();
-    m_folder = std::make_unique<QTemporaryDir>();
-    write("out.txt", "old");
+    renew();
 }
 
 void tst_file_replacement::theOldFileStaysUntilTheNewOneIsComplete()

@@ -1,5 +1,6 @@
 // Rights, links, devices and folders, as POSIX has them.
 
+#include "old_file.h"
 #include "platform/files/file_replacement.h"
 #include "support/suite.h"
 
@@ -20,7 +21,7 @@ QString s(const char *text)
 
 } // namespace
 
-class tst_replacing_on_posix : public test::Suite
+class tst_replacing_on_posix : public test::Suite, private test::OldFile
 {
     Q_OBJECT
 
@@ -30,28 +31,12 @@ private Q_SLOTS:
     void aLinkStaysALink();
     void whatIsNoFileIsRefused();
     void aFolderThatVanishesIsTold();
-
-private:
-    QString path(const char *name) const { return m_folder->filePath(s(name)); }
-    void write(const char *name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    }
-    QByteArray read(const char *name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 void tst_replacing_on_posix::init()
 {
     Suite::init();
-    m_folder = std::make_unique<QTemporaryDir>();
-    write("out.txt", "old");
+    renew();
 }
 
 void tst_replacing_on_posix::theNewFileHasTheOldOnesRights()

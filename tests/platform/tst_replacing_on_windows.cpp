@@ -1,5 +1,6 @@
 // Rights and sharing, as Windows has them.
 
+#include "old_file.h"
 #include "platform/files/file_replacement.h"
 #include "platform/files/native_path.h"
 #include "support/suite.h"
@@ -77,7 +78,7 @@ QString inUse(const QString &name)
 
 } // namespace
 
-class tst_replacing_on_windows : public test::Suite
+class tst_replacing_on_windows : public test::Suite, private test::OldFile
 {
     Q_OBJECT
 
@@ -88,28 +89,12 @@ private Q_SLOTS:
     void whoeverLooksForAMomentIsWaitedFor();
     void whatIsBeingWrittenIsNotTakenForAbandoned();
     void namesAreWhatTheSystemTakesThemFor();
-
-private:
-    QString path(const char *name) const { return m_folder->filePath(s(name)); }
-    void write(const char *name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    }
-    QByteArray read(const char *name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 void tst_replacing_on_windows::init()
 {
     Suite::init();
-    m_folder = std::make_unique<QTemporaryDir>();
-    write("out.txt", "old");
+    renew();
 }
 
 void tst_replacing_on_windows::theNewFileHasTheOldOnesRights()
