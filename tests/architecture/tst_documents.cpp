@@ -1,6 +1,7 @@
 // The project's pages: every link leads somewhere, and every test they name as a proof is there.
 
 #include "help/help_topics.h"
+#include "support/source_files.h"
 #include "support/suite.h"
 
 #include <QtCore/QDirIterator>
@@ -11,16 +12,10 @@
 #include <algorithm>
 
 using namespace corvane;
+using test::kSource;
+using test::textOf;
 
 namespace {
-
-const QDir kSource(QStringLiteral(CORVANE_SOURCE_DIR));
-
-QString textOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
 
 /// Fenced blocks are examples: they have neither headings nor links.
 QStringList linesOf(const QString &markdown)

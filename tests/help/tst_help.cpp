@@ -6,6 +6,7 @@
 #include "help/help_desk.h"
 #include "help/help_topics.h"
 #include "support/scripted_desktop.h"
+#include "support/source_files.h"
 #include "support/suite.h"
 #include "support/typing.h"
 
@@ -21,16 +22,10 @@
 #include <QtWidgets/QScrollBar>
 
 using namespace corvane;
+using test::kSource;
+using test::textOf;
 
 namespace {
-
-const QDir kSource(QStringLiteral(CORVANE_SOURCE_DIR));
-
-QString textOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
 
 /// Matches of an expression's first group, anywhere in a text.
 QStringList matches(const QString &pattern, const QString &text)
