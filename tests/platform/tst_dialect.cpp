@@ -643,6 +643,7 @@ void tst_dialect::failures_data()
     add("SELECT id, FROM patients", "Incorrect syntax near 'FROM' (character 12 ");
     add("SELECT id FROM patients WHERE", "The query ends too early.");
     add("SELECT id FROM patients WHERE id = 1)", "Incorrect syntax near ')' (character 37 ");
+    add("SELECT CONVERT(char('i'), 1)", "Incorrect syntax near ''i'' (character 21 ");
     add("SELECT id FROM", "The query ends too early.");
     add("hello", "Incorrect syntax near 'hello' (character 1 ");
     add("-- nothing", "The query holds no statement.");

@@ -30,9 +30,13 @@ SqlType Translator::typeName()
     const Token name = m_in.take();
     QString text = unquoted(name);
     if (m_in.takeSymbol("(")) {
-        text += u'(';
-        while (!m_in.atSymbol(")") && m_in.peek().kind != Token::Kind::End)
-            text += m_in.take().text;
+        QChar before = u'(';
+        do {
+            if (m_in.peek().kind != Token::Kind::Number && !m_in.atWord("max"))
+                m_in.refuseToken();
+            text += before + m_in.take().text;
+            before = u',';
+        } while (m_in.takeSymbol(","));
         m_in.expectSymbol(")");
         text += u')';
     }
