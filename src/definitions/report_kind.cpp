@@ -1,5 +1,6 @@
 #include "definitions/report_kind.h"
 
+#include "platform/files/reach.h"
 #include "platform/messages/system_words.h"
 #include "shared/profile.h"
 #include "shared/report_host.h"
@@ -52,8 +53,10 @@ QString unreadableReason(const QString &path)
     QFile file(path);
     if (file.open(QIODevice::ReadOnly))
         return {};
-    const QString cause = info.exists() ? systemWords(file.errorString()) : QStringLiteral("there is no such file");
-    return QStringLiteral("The report definition \"%1\" cannot be read: %2.").arg(shown, cause);
+    const QString words = QStringLiteral("The report definition \"%1\" cannot be read: %2.");
+    if (const QString reason = outOfReachReason(path); !reason.isEmpty())
+        return words.arg(shown, reason) + QStringLiteral(" If it is on the network, check the connection.");
+    return words.arg(shown, info.exists() ? systemWords(file.errorString()) : QStringLiteral("there is no such file"));
 }
 
 } // namespace corvane

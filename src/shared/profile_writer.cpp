@@ -2,10 +2,12 @@
 
 #include "platform/files/file_hold.h"
 #include "platform/files/file_replacement.h"
+#include "platform/files/write_failure.h"
 #include "platform/messages/system_words.h"
 #include "shared/code_page.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 #include <algorithm>
 
@@ -129,13 +131,19 @@ public:
     QByteArray read() const
     {
         QFile source(m_name);
-        if (!source.exists())
+        if (!source.exists()) {
+            checkFolder();
             return {};
-        if (!source.open(QIODevice::ReadOnly))
+        }
+        if (!source.open(QIODevice::ReadOnly)) {
+            checkFolder();
             refuse(QStringLiteral("%1. Ask for the right to read it.").arg(systemWords(source.errorString())));
+        }
         const QByteArray bytes = source.readAll();
-        if (source.error() != QFile::NoError)
+        if (source.error() != QFile::NoError) {
+            checkFolder();
             refuse(QStringLiteral("It cannot be read to its end: %1. Have the disk and the connection to it looked at.").arg(systemWords(source.errorString())));
+        }
         return bytes;
     }
 
@@ -146,8 +154,10 @@ public:
     bool replace(const QByteArray &expected, const QByteArray &bytes)
     {
         const FileHold hold(m_name);
-        if (!hold.isHeld())
+        if (!hold.isHeld()) {
+            checkFolder();
             refuse(QStringLiteral("Another program is writing it. Try again in a moment."));
+        }
         if (bytes == expected)
             return read() == expected;
         if (!m_file.open() || !m_file.write(bytes) || !m_file.complete())
@@ -162,6 +172,13 @@ public:
     [[noreturn]] void refuse(const QString &cause) const { throw ProfileWriteError(m_file.failureText(cause)); }
 
 private:
+    /// A folder that is gone, or out of reach, looks as if somebody else had changed or taken the file.
+    void checkFolder() const
+    {
+        if (!QFileInfo(QFileInfo(m_name).absolutePath()).isDir())
+            refuse(writeFailure(m_name, QFile::NoError, {}, SavePlace::Fixed));
+    }
+
     QString m_name;
     FileReplacement m_file;
 };

@@ -10,40 +10,15 @@ save. Ends with status 1 at the first that is not, and when no kill fell into th
 import collections
 import os
 import random
-import re
-import shutil
 import subprocess
 import sys
 import time
 
-TEMPORARY = re.compile(r"\.corvane-saving-\w{6}\.tmp")
+from saving import KINDS, SavingLoop, check_pdf, content, fail, temporaries
+
 PHASES = ("between two saves", "file made, empty", "partly written", "whole, not in place")
 BATCH_PHASES = ("before the writing", "while writing", "after it, the new file in place")
 PDF_SAMPLE = 10
-
-
-def fail(words):
-    print(f"FAILED: {words}")
-    sys.exit(1)
-
-
-def content(path):
-    with open(path, "rb") as file:
-        return file.read()
-
-
-def temporaries(folder, *others):
-    names = sorted(set(os.listdir(folder)) - set(others))
-    for name in names:
-        if not TEMPORARY.fullmatch(name):
-            fail(f"a file of no known kind is left: {name}")
-    return names
-
-
-def check_pdf(path):
-    result = subprocess.run(["qpdf", "--check", path], capture_output=True, text=True, check=False)
-    if result.returncode != 0:
-        fail(f"qpdf --check {path}:\n{result.stdout}{result.stderr}")
 
 
 def pdf_text(path):
@@ -66,42 +41,29 @@ def histogram(title, counts, phases):
         print(f"  {phase:32} {counts[phase]:5}  {'#' * min(counts[phase], 60)}")
 
 
-class SavingLoop:
-    """One kind of file, saved in a loop by a program that is killed and started again."""
+class KilledLoop(SavingLoop):
+    """A saving loop that is killed and started again, in one folder."""
 
     def __init__(self, kind, program, definition, work):
-        self.kind = kind
-        self.folder = os.path.join(work, kind)
-        aside = os.path.join(work, kind + "-versions")
-        for folder in (self.folder, aside):
-            os.makedirs(folder)
-        name = {"definition": "saved.rpt", "pdf": "saved.pdf", "workbook": "saved.xls"}[kind]
-        self.target = os.path.join(self.folder, name)
-        self.references = [os.path.join(aside, "first" + name), os.path.join(aside, "second" + name)]
-        if kind == "definition":
-            shutil.copy(definition, self.references[0])
-        self.command = [program, kind, self.target, *self.references]
-        self.left = []
+        folder = os.path.join(work, kind)
+        os.makedirs(folder)
+        super().__init__(kind, program, definition, folder, folder + "-versions")
+        self.known = []
 
     def kill_once(self, chance):
         """Returns the phase that the kill fell into and how long a save takes, in microseconds."""
-        with subprocess.Popen(self.command, stdout=subprocess.PIPE, text=True) as process:
-            ready = process.stdout.readline().split()
-            if len(ready) != 2:
-                fail(f"{self.command} did not start")
-            duration = int(ready[1])
+        process, duration = self.start()
+        with process:
             time.sleep(chance.uniform(0, 3 * duration / 1e6))
             process.kill()
-        left = temporaries(self.folder, os.path.basename(self.target))
-        if set(left) & set(self.left):
+        left = self.left()
+        if set(left) & set(self.known):
             fail(f"temporary files were not cleaned up: {left}")
         if len(left) > 1:
             fail(f"more than one temporary file after one kill: {left}")
-        self.left = left
-        versions = [content(reference) for reference in self.references]
-        if content(self.target) not in versions:
-            fail(f"{self.target} is neither the old nor the new file")
-        return phase_of(left, self.folder, versions), duration
+        self.known = left
+        self.check_target(self.target)
+        return phase_of(left, self.folder, self.versions()), duration
 
 
 def kill_in_loop(loop, times, chance):
@@ -204,8 +166,8 @@ def main():
     programs, tests, demo, work = sys.argv[3:]
     chance = random.Random(seed)
     definition = os.path.join(demo, "Reports", "Phone list.rpt")
-    for kind in ("definition", "pdf", "workbook"):
-        kill_in_loop(SavingLoop(kind, os.path.join(tests, "corvane-save-endlessly"), definition, work), times, chance)
+    for kind in KINDS:
+        kill_in_loop(KilledLoop(kind, os.path.join(tests, "corvane-save-endlessly"), definition, work), times, chance)
     kill_batch(BatchRun(os.path.join(programs, "corvane-batch"), demo, work), max(10, times // 5), chance)
     print("\nEvery file was the old or the new one.")
 

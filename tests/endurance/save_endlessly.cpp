@@ -1,4 +1,5 @@
-// Saves two versions of one file in turn, with the program's own saving code, until it is killed.
+// Saves two versions of one file in turn, with the program's own saving code, until it is killed or
+// a save fails, which ends it with the program's own words for that and status 1.
 //
 // corvane-save-endlessly definition|pdf|workbook TARGET FIRST SECOND
 // FIRST and SECOND receive the two versions; for a definition FIRST is there already, and the
@@ -97,14 +98,9 @@ void copyOf(const QString &name, const QString &to)
         qFatal("%s cannot be copied to %s", qPrintable(name), qPrintable(to));
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+/// What `arguments` say, for ever.
+void saveInTurn(const QStringList &arguments)
 {
-    const QGuiApplication application(argc, argv);
-    const QStringList arguments = QGuiApplication::arguments();
-    if (arguments.size() != 5)
-        qFatal("usage: corvane-save-endlessly definition|pdf|workbook TARGET FIRST SECOND");
     const Save save = saverOf(arguments[1]);
     const QString target = arguments[2];
     if (arguments[1] == u"definition")
@@ -125,4 +121,20 @@ int main(int argc, char **argv)
             std::fflush(stdout);
         }
     }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QGuiApplication application(argc, argv);
+    const QStringList arguments = QGuiApplication::arguments();
+    if (arguments.size() != 5)
+        qFatal("usage: corvane-save-endlessly definition|pdf|workbook TARGET FIRST SECOND");
+    try {
+        saveInTurn(arguments);
+    } catch (const std::exception &failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+    }
+    return 1;
 }

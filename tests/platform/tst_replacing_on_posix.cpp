@@ -31,6 +31,7 @@ private Q_SLOTS:
     void aLinkStaysALink();
     void whatIsNoFileIsRefused();
     void aFolderThatVanishesIsTold();
+    void aFolderOutOfReachIsTold();
 };
 
 void tst_replacing_on_posix::init()
@@ -98,6 +99,18 @@ void tst_replacing_on_posix::aFolderThatVanishesIsTold()
     QCOMPARE(file.failure(),
         QStringLiteral("The PDF file \"%1\" was not saved. The folder \"%2\" does not exist. "
                        "Choose another folder.")
+            .arg(path("share/a.pdf"), path("share")));
+}
+
+/// A folder of which the system tells nothing, as of a share whose connection is gone.
+void tst_replacing_on_posix::aFolderOutOfReachIsTold()
+{
+    QVERIFY(QFile::link(s("share"), path("share")));
+    FileReplacement file(s("PDF file"), path("share/a.pdf"));
+    QVERIFY(!file.open());
+    QCOMPARE(file.failure(),
+        QStringLiteral("The PDF file \"%1\" was not saved. The folder \"%2\" cannot be reached: Too "
+                       "many levels of symbolic links. Choose another folder.")
             .arg(path("share/a.pdf"), path("share")));
 }
 

@@ -248,6 +248,8 @@ void tst_profile::refusesWhatCannotBeWritten()
     const QString lookalike = QString::fromUtf8("\u00c3\u00a9"); // its two bytes are one letter of UTF-8
     QVERIFY_EXCEPTION_THROWN(WriteINI(file, u"Main", u"Key", lookalike), ProfileWriteError);
     QVERIFY_EXCEPTION_THROWN(WriteINI(path("no/such/folder.rpt"), u"A", u"B", QStringLiteral("c")), ProfileWriteError);
+    // Nothing to write, and yet nobody has changed the file: its folder is gone.
+    QVERIFY_EXCEPTION_THROWN(WriteINI(path("no/such/folder.rpt"), {}, {"[A]\n", "[A]\n"}), ProfileWriteError);
 }
 
 /// Each writer counts on from what it has read, so a change that is lost is missing from the sum.

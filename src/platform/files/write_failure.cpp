@@ -1,6 +1,7 @@
 #include "platform/files/write_failure.h"
 
 #include "platform/files/placing.h"
+#include "platform/files/reach.h"
 #include "platform/messages/system_words.h"
 
 #include <QtCore/QDir>
@@ -22,6 +23,13 @@ QString sentence(const QString &systemText)
     return systemWords(systemText) + u'.';
 }
 
+QString missingFolder(const QString &folder)
+{
+    const QString reason = outOfReachReason(folder);
+    return reason.isEmpty() ? QStringLiteral("The folder \"%1\" does not exist.").arg(folder)
+                            : QStringLiteral("The folder \"%1\" cannot be reached: %2.").arg(folder, reason);
+}
+
 WriteFault findFault(
     const QFileInfo &target, QFileDevice::FileError error, const QString &systemText)
 {
@@ -31,7 +39,7 @@ WriteFault findFault(
         return {QStringLiteral("A folder has this name."),
             QStringLiteral("Choose another file name."), QStringLiteral("Rename that folder.")};
     if (!around.isDir())
-        return {QStringLiteral("The folder \"%1\" does not exist.").arg(folder),
+        return {missingFolder(folder),
             QStringLiteral("Choose another folder."),
             QStringLiteral("If it is on the network, check the connection.")};
     if (target.exists() && !target.isFile())
