@@ -46,7 +46,9 @@ public:
             m_parts[i].text.replace(QStringLiteral("%d"), number);
             m_parts[i].style = i == 1 ? furniture.style : furniture.quietStyle;
         }
-        for (double scale = 1; !fit(scale); scale *= kShrink) { }
+        double scale = 1;
+        while (!fit(scale))
+            scale *= kShrink;
     }
 
     void place(Page &page, Edge edge);

@@ -28,6 +28,7 @@ std::vector<PlacedBand> allBands(const Galley &galley)
 void BandPlacer::place(const Band &band, qint32 x, qint32 y, qint32 width, Duplicates duplicates,
     const BandSlice *slice)
 {
+    Q_ASSERT(band.plan); // it is filled before it is placed
     m_page = m_document.pageCount() - 1;
     const Spot spot{band, x, y};
     if (band.plan->section->background)

@@ -7,7 +7,7 @@ namespace corvane {
 ExpressionPtr readExpression(
     const AttributeReader &reader, const char *name, const std::vector<Group> &groups)
 {
-    const ExpressionPtr expression = reader.expression(name);
+    ExpressionPtr expression = reader.expression(name);
     if (!expression)
         return nullptr;
     QStringList names;
@@ -20,7 +20,7 @@ ExpressionPtr readExpression(
 
 ExpressionPtr readRowExpression(const AttributeReader &reader, const char *name)
 {
-    const ExpressionPtr expression = reader.expression(name);
+    ExpressionPtr expression = reader.expression(name);
     if (!expression)
         return nullptr;
     if (!expression->aggregates().empty())

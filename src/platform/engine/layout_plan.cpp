@@ -207,6 +207,7 @@ void LayoutPlan::orderFields(SectionPlan &plan) const
 {
     std::vector<FieldPlan> &fields = plan.fields;
     std::vector<const Field *> fileOrder;
+    fileOrder.reserve(fields.size());
     for (const FieldPlan &field : fields)
         fileOrder.push_back(field.field);
     std::ranges::stable_sort(fields, {}, &FieldPlan::top);

@@ -32,7 +32,7 @@ void close(Branch &branch, int sign)
     if (!branch.lastKid)
         return;
     branch.entry.replaceKey("/Last", *branch.lastKid);
-    branch.entry.replaceKey("/Count", Object::newInteger(sign * branch.kidCount));
+    branch.entry.replaceKey("/Count", Object::newInteger(qint64(sign) * branch.kidCount));
 }
 
 } // namespace
@@ -62,6 +62,7 @@ std::optional<QPDFObjectHandle> outlineTree(QPDF &pdf, const Document &document,
 std::vector<int> outlineLevels(const std::vector<OutlineEntry> &outline)
 {
     std::vector<int> levels;
+    levels.reserve(outline.size());
     for (const OutlineEntry &entry : outline)
         levels.push_back(std::clamp(entry.depth, 0, levels.empty() ? 0 : levels.back() + 1));
     return levels;

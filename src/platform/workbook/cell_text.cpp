@@ -2,6 +2,8 @@
 
 #include "platform/workbook/records.h"
 
+#include <QtCore/QList>
+
 #include <algorithm>
 #include <array>
 

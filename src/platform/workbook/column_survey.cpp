@@ -27,8 +27,11 @@ constexpr qsizetype kLongestFormattedText = 255;
 int integerWidth(double number)
 {
     int width = number < 0 ? 2 : 1;
-    for (double rest = std::fabs(number); rest >= 10; rest /= 10)
+    double rest = std::fabs(number);
+    while (rest >= 10) {
+        rest /= 10;
         ++width;
+    }
     return width;
 }
 
@@ -53,7 +56,7 @@ void ColumnSurvey::add(const Value &value, const CellValue &cell)
     case CellKind::Text: // no text is wider than its bytes are many
         if (value.data().size() > m_width && m_width < kWidest)
             widen(textWidth(
-                value.data().first(std::min<qsizetype>(value.data().size(), 4 * kWidest))));
+                value.data().first(std::min(value.data().size(), qsizetype(4) * kWidest))));
         break;
     case CellKind::Boolean:
         widen(int(sizeof "FALSE") - 1);

@@ -177,6 +177,7 @@ std::vector<quint32> writeGlobals(RecordWriter &out, const std::vector<WorkbookS
     const std::vector<quint32> places = writeSheetList(out, sheets);
     out.record(Record::Country, {1, 1});
     std::vector<SheetExtent> extents;
+    extents.reserve(sheets.size());
     for (const WorkbookSheet &sheet : sheets)
         extents.push_back(sheet.extent);
     if (extents.front().columns > 0) {

@@ -215,7 +215,7 @@ bool conditionHolds(const Datum &datum)
 
 QString describe(const Datum &datum)
 {
-    const QString text = datum.toText(ValueTextStyle());
+    QString text = datum.toText(ValueTextStyle());
     switch (datum.kind()) {
     case DatumKind::Null:
         return QStringLiteral("nothing");
