@@ -2,6 +2,8 @@
 #include "platform/database/connection_text.h"
 #include "platform/database/odbc/keywords.h"
 
+#include <QtCore/QList>
+
 using namespace corvane;
 using test::promise;
 
@@ -30,7 +32,9 @@ QList<std::pair<QString, QString>> keywordsOf(const QString &text)
         at = equals + 1;
         if (at < text.size() && text[at] == u'{') {
             for (++at; at < text.size(); ++at) {
-                if (text[at] == u'}' && (at + 1 >= text.size() || text[++at] != u'}'))
+                const bool isBrace = text[at] == u'}';
+                at += isBrace ? 1 : 0; // behind it stands its double, or what ends the value
+                if (isBrace && (at >= text.size() || text[at] != u'}'))
                     break;
                 value += text[at];
             }

@@ -188,7 +188,7 @@ QString PostgresServer::run(const QString &database, const QByteArray &statement
 
 QString PostgresServer::loadTables(const QString &database, const QString &sqliteFile)
 {
-    const QString fault = createDatabase(database);
+    QString fault = createDatabase(database);
     if (!fault.isEmpty())
         return fault;
     QByteArray statements;

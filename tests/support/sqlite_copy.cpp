@@ -1,5 +1,7 @@
 #include "support/sqlite_copy.h"
 
+#include <QtCore/QByteArrayList>
+
 #include <sqlite3.h>
 
 #include <memory>

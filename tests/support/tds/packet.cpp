@@ -34,7 +34,7 @@ void Cutter::arm(int packets, int headerBytes)
 
 Message PacketChannel::read()
 {
-    Message message{};
+    Message message;
     for (bool isLast = false; !isLast;) {
         const QByteArray head = readBytes(kHeaderSize);
         message.type = PacketType(head[0]);

@@ -20,7 +20,7 @@ enum class PacketType : quint8 {
 /// A whole message, put together from its packets.
 struct Message
 {
-    PacketType type;
+    PacketType type = PacketType::SqlBatch;
     QByteArray data;
 };
 

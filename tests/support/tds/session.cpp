@@ -98,7 +98,7 @@ void Session::run()
     try {
         serve();
     } catch (const Disconnected &) {
-        // The client went, or was cut off.
+        // Deliberate: the client went, or was cut off.
     } catch (const WireFault &fault) {
         m_server.noteRefused(QString::fromUtf8(fault.what()));
     }

@@ -220,7 +220,7 @@ QByteArray dateBytes(const Moment &m)
 QByteArray offsetBytes(Moment m, int scale)
 {
     constexpr qint64 kDay = 86'400 * kTicksPerSecond;
-    m.ticks -= m.offset * 60 * kTicksPerSecond;
+    m.ticks -= qint64(m.offset) * 60 * kTicksPerSecond;
     m.date = m.date.addDays(m.ticks < 0 ? -1 : m.ticks >= kDay ? 1 : 0);
     m.ticks = (m.ticks + kDay) % kDay;
     return timeBytes(m, scale) + dateBytes(m) + WireWriter().integer(quint64(m.offset), 2).data();
