@@ -2,14 +2,15 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 #include <random>
 #include <stdexcept>
+#include <string_view>
 #include <vector>
 
 namespace corvane::bench {
@@ -93,7 +94,7 @@ constexpr int kFirstPage = 4;
 
 LimitFile::LimitFile(const std::string &fileName)
     : m_file(std::fopen(fileName.c_str(), "wb"))
-    , m_content(256 * 1024)
+    , m_content(size_t(256) * 1024)
     , m_packed(compressBound(uLong(m_content.size())))
 {
     if (!m_file || deflateInit(&m_deflate, 6) != Z_OK)
@@ -127,9 +128,7 @@ void LimitFile::fillContent(int firstRow, int endRow)
     const std::vector<Row> &rows = rowsInMemory();
     char *at = m_content.data();
     const auto put = [&](const char *text) {
-        const size_t size = std::strlen(text);
-        std::memcpy(at, text, size);
-        at += size;
+        at = std::ranges::copy(std::string_view(text), at).out;
     };
     const auto number = [&](double value) { // at most one decimal is needed here
         int tenths = int(value * 10);
@@ -152,8 +151,7 @@ void LimitFile::fillContent(int firstRow, int endRow)
             number(kColumns[column]);
             number(top);
             put("Td (");
-            std::memcpy(at, cells[column].data(), cells[column].size());
-            at += cells[column].size();
+            at = std::ranges::copy(cells[column], at).out;
             put(") Tj ET\n");
         }
     }

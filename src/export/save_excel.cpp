@@ -89,10 +89,10 @@ QString SentToExcel(Desktop &desktop, const QString &programFolder)
     const SaveFileRequest request {QStringLiteral("Save As Excel File"), programFolder,
         QStringLiteral("Excel File (*.xls)|*.xls"), QStringLiteral("*.xls")};
     for (;;) {
-        const QString chosen = desktop.saveFile(request);
+        QString chosen = desktop.saveFile(request);
         if (!chosen.endsWith(QStringLiteral(".xlsx"), Qt::CaseInsensitive))
             return chosen;
-        const QString fileName = chosen + u".xls";
+        QString fileName = chosen + u".xls";
         desktop.message(QStringLiteral("The file is an Excel 97-2003 workbook, so it is saved as \"%1\".")
                             .arg(QFileInfo(fileName).fileName()),
             MessageFlags::Information, kDefaultTitle);

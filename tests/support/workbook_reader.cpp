@@ -156,7 +156,7 @@ private:
     int m_column = 0;
 };
 
-ReadCell xlrdCell(const QString &type, QString value)
+ReadCell xlrdCell(const QString &type, const QString &value)
 {
     if (type == u"number")
         return {type, digits(value)};
