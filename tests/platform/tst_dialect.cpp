@@ -75,7 +75,7 @@ void tst_dialect::initTestCase()
         "CREATE TABLE rooms(id int, name varchar(20)); INSERT INTO rooms "
         "VALUES(1,'North'),(2,'South');"
         "CREATE TABLE patients(id int); INSERT INTO patients VALUES(99);");
-    const QDateTime now(QDate(2026, 11, 22), QTime(14, 3, 5, 250), Qt::UTC);
+    QDateTime now(QDate(2026, 11, 22), QTime(14, 3, 5, 250), Qt::UTC);
     ConnectionText text;
     text.dataSource = QStringLiteral("sqlite:.");
     text.catalogue = QStringLiteral("Clinic");

@@ -81,7 +81,7 @@ private:
 
 QString tst_pdf::write(const Document &document, const PdfOptions &options)
 {
-    const QString fileName = m_dir.filePath(QStringLiteral("out.pdf"));
+    QString fileName = m_dir.filePath(QStringLiteral("out.pdf"));
     writePdf(document, fileName, options);
     const QString check = readerOutput(QStringLiteral("qpdf"), {QStringLiteral("--check"), fileName});
     if (check.contains(u"No syntax or stream encoding errors") && !check.contains(u"WARNING"))

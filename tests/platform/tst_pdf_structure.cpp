@@ -101,7 +101,7 @@ private:
 
 QString tst_pdf_structure::write(const Document &document, PdfTagging tagging)
 {
-    const QString fileName = m_dir.filePath(QStringLiteral("out.pdf"));
+    QString fileName = m_dir.filePath(QStringLiteral("out.pdf"));
     PdfOptions options;
     options.tagging = tagging;
     writePdf(document, fileName, options);

@@ -6,6 +6,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QTextLayout>
 #include <QtTest/QtTest>
+#include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -274,8 +275,8 @@ void tst_preview::theWheelZoomsAroundThePointer()
     const auto underPointer = [&] {
         const QRect view = window.preview->viewport()->rect();
         const PreviewLayout layout({41, Twips(12240), Twips(15840)}, window.scale());
-        const int spare = std::max(0, view.width() - layout.contentSize().width());
-        return layout.spotAt(at + QPointF(window.preview->horizontalScrollBar()->value() - spare / 2, window.top()));
+        const int left = std::max(0, view.width() - layout.contentSize().width()) / 2;
+        return layout.spotAt(at + QPointF(window.preview->horizontalScrollBar()->value() - left, window.top()));
     };
     const PageSpot before = underPointer();
     const auto turn = [&](int notches, Qt::KeyboardModifier modifier) {

@@ -10,6 +10,7 @@
 #include <QtGui/QAccessible>
 #include <QtGui/QAction>
 #include <QtGui/QFocusEvent>
+#include <QtGui/QPainter>
 #include <QtCore/QFile>
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>

@@ -154,7 +154,7 @@ void tst_preview_scale::searchingAllocatesNothingPerPage()
         QVERIFY2(qAbs(slices - letters / 2'000'000) < 4, qPrintable(QString::number(slices)));
         QVERIFY2(
             allocations.count() < kMany / 20, qPrintable(QString::number(allocations.count())));
-        QVERIFY2(allocations.peak() < letters + 30 * kMany,
+        QVERIFY2(allocations.peak() < letters + qint64(30) * kMany,
             qPrintable(QString::number(allocations.peak())));
     }
     const test::Allocations allocations;
@@ -162,7 +162,7 @@ void tst_preview_scale::searchingAllocatesNothingPerPage()
     search.finish();
     QCOMPARE(search.hitCount(), hits);
     QVERIFY2(allocations.count() < 100, qPrintable(QString::number(allocations.count())));
-    QVERIFY2(allocations.peak() < 8 * kMany, qPrintable(QString::number(allocations.peak())));
+    QVERIFY2(allocations.peak() < qint64(8) * kMany, qPrintable(QString::number(allocations.peak())));
 }
 
 void tst_preview_scale::aCopyTakesTheMemoryOfItsText()

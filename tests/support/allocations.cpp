@@ -68,10 +68,12 @@ void __sanitizer_free_hook(const volatile void *block)
 
 extern "C" {
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the system library's own names
 void *__libc_malloc(size_t size);
 void *__libc_calloc(size_t count, size_t size);
 void *__libc_realloc(void *block, size_t size);
 void __libc_free(void *block);
+// NOLINTEND(bugprone-reserved-identifier)
 
 static void *noted(void *block)
 {
