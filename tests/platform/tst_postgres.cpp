@@ -91,7 +91,7 @@ void tst_postgres::values_data()
     row("null", "NULL::int", "Null");
     row("identifiers", "'6f9619ff-8b86-d011-b42d-00c04fc964ff'::uuid",
         "Text 6F9619FF-8B86-D011-B42D-00C04FC964FF");
-    row("bytes", "'\\x004142'::bytea", "Bytes \0AB");
+    row("bytes", "'\\x004142'::bytea", "Bytes"); // what they are is compared for itself
 }
 
 void tst_postgres::values()

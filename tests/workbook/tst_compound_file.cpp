@@ -50,11 +50,11 @@ public:
             fatSectors += number(76 + 4 * i);
         for (quint32 more = number(68); more < kLastRegular;
              more = number(place(more) + kSector - 4)) {
-            for (int i = 0; i < 127; ++i)
+            for (qsizetype i = 0; i < 127; ++i)
                 fatSectors += number(place(more) + 4 * i);
         }
         for (const quint32 sector : fatSectors) {
-            for (int i = 0; sector < kLastRegular && i < kSector / 4; ++i)
+            for (qsizetype i = 0; sector < kLastRegular && i < kSector / 4; ++i)
                 m_fat += number(place(sector) + 4 * i);
         }
         m_directory = chain(number(48));
@@ -98,8 +98,8 @@ private:
     {
         QByteArray all;
         while (sector < kLastRegular && all.size() < kMiniCutoff) {
-            all += m_miniStream.mid(qsizetype(sector * kMiniSector), kMiniSector);
-            sector = qFromLittleEndian<quint32>(m_mini.constData() + 4 * sector);
+            all += m_miniStream.mid(qsizetype(sector) * kMiniSector, kMiniSector);
+            sector = qFromLittleEndian<quint32>(m_mini.constData() + qsizetype(4) * sector);
         }
         return all;
     }
