@@ -133,7 +133,7 @@ void tst_report_faults::faultHasItsSentence_data()
         "and write encoding=\"UTF-8\".");
     row("bytes that are no UTF-8", inReport("<RecordSource>\xe9</RecordSource>"),
         ", line 4, column 15: Here stands a byte that is no UTF-8. Save the file as UTF-8.");
-    row("too large", kStart + QByteArray(16 * 1024 * 1024, ' '),
+    row("too large", kStart + QByteArray(qsizetype(16) * 1024 * 1024, ' '),
         ": The file is larger than 16 MiB. Keep its pictures as files beside it.");
     row("document type", "<?xml version=\"1.0\"?><!DOCTYPE Reports><Reports></Reports>",
         ", line 1, column 22: A report may hold no document type and no entities of its own. Take "
@@ -461,7 +461,8 @@ void tst_report_faults::pictureFaultHasItsSentence()
     QVERIFY(large.save(m_folder.path(QStringLiteral("large.png"))));
     m_folder.write(QStringLiteral("text.png"), "abc");
     m_folder.write(QStringLiteral("damaged.png"), picture.first(45));
-    m_folder.write(QStringLiteral("heavy.png"), picture + QByteArray(32 * 1024 * 1024, ' '));
+    m_folder.write(
+        QStringLiteral("heavy.png"), picture + QByteArray(qsizetype(32) * 1024 * 1024, ' '));
     QDir().mkdir(m_folder.path(QStringLiteral("folder")));
     const QString path = m_folder.write(QStringLiteral("r.rpt"),
         inSection(

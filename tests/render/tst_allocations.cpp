@@ -41,10 +41,11 @@ const int hooked = __sanitizer_install_malloc_and_free_hooks(
 
 #else
 
-// The library's own, which the ones below count and call.
+// NOLINTBEGIN(bugprone-reserved-identifier): the library's own, which the ones below count and call
 extern "C" void *__libc_malloc(size_t size);
 extern "C" void *__libc_calloc(size_t count, size_t size);
 extern "C" void *__libc_realloc(void *memory, size_t size);
+// NOLINTEND(bugprone-reserved-identifier)
 
 extern "C" void *malloc(size_t size)
 {

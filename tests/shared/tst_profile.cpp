@@ -270,6 +270,7 @@ void tst_profile::noWritersChangeIsLost()
     };
     {
         std::vector<std::jthread> writers;
+        writers.reserve(kWriters);
         for (int i = 0; i < kWriters; ++i)
             writers.emplace_back(count);
     }
