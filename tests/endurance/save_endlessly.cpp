@@ -102,7 +102,7 @@ void copyOf(const QString &name, const QString &to)
 void saveInTurn(const QStringList &arguments)
 {
     const Save save = saverOf(arguments[1]);
-    const QString target = arguments[2];
+    const QString &target = arguments[2];
     if (arguments[1] == u"definition")
         copyOf(arguments[3], target);
     const std::array references{
