@@ -69,6 +69,7 @@ private Q_SLOTS:
     void barcodesStandOnWholeTwips();
     void picturesAreKeptOnce();
     void aColumnsPicturesHaveTheLimitsOfFiles();
+    void photographsStayAsTheyCame();
     void everyLookIsDrawn();
     void aggregates_data();
     void aggregates();
@@ -346,6 +347,35 @@ void tst_layout::aColumnsPicturesHaveTheLimitsOfFiles()
     QVERIFY(refusal(file.data()).endsWith(u"has 7200 × 7200 pixels; at most 50 million can be shown"));
     QVERIFY(refusal("P1\n1 1\n0\n").contains(u"is no picture; PNG, JPEG, GIF and BMP can be shown"));
     QVERIFY(document.pictures.empty());
+}
+
+/// A grey or RGB JPEG is handed on as its file; one that says it lies on its side is turned, and so
+/// cannot be.
+void tst_layout::photographsStayAsTheyCame()
+{
+    const auto photograph = [](QImage::Format format) {
+        QImage image(20, 10, format);
+        image.fill(Qt::gray);
+        QBuffer file;
+        image.save(&file, "jpeg");
+        return file.data();
+    };
+    const QByteArray colours = photograph(QImage::Format_RGB32);
+    const QByteArray grey = photograph(QImage::Format_Grayscale8);
+    QByteArray turned = colours; // Exif 2.3, 4.6.4: Orientation (0x0112) 6 behind the start marker
+    turned.insert(2,
+        QByteArray::fromHex("ffe1002245786966000049492a00080000000100120103000100000006000000"
+                            "00000000"));
+    Document document;
+    PictureStore store(document);
+    for (const QByteArray &file : {colours, grey, turned, colours})
+        QVERIFY(std::holds_alternative<quint32>(store.add(file)));
+    QCOMPARE(document.pictures.size(), 3); // the same file is kept once
+    QCOMPARE(document.pictures[0].jpeg, colours);
+    QCOMPARE(document.pictures[1].jpeg, grey);
+    QCOMPARE(document.pictures[2].jpeg, QByteArray());
+    QCOMPARE(document.pictures[1].image.size(), QSize(20, 10));
+    QCOMPARE(document.pictures[2].image.size(), QSize(10, 20));
 }
 
 void tst_layout::everyLookIsDrawn()

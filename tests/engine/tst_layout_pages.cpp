@@ -1,4 +1,5 @@
 #include "engine/layout_fixture.h"
+#include "platform/engine/sql_literal.h"
 #include "support/document_dump.h"
 #include "support/suite.h"
 
@@ -68,6 +69,8 @@ private Q_SLOTS:
     void nestsDeeply();
     void subreportsBelongToTheirRow();
     void subreportsRunOverPages();
+    void aSubreportsTallRowRunsOverPages();
+    void literalsHaveTheirKindsForm();
     void circlesAreRefused();
     void linkValuesAreLiterals();
 };
@@ -376,6 +379,40 @@ void tst_layout_pages::subreportsRunOverPages()
     QVERIFY2(
         found[1].startsWith(u"Visit 30@2") && found[1].endsWith(u"58@2"), qPrintable(found[1]));
     QCOMPARE(found[2], QStringLiteral("Visit 59@3 60@3"));
+}
+
+/// A row of a sub-report that no page holds goes on over as many pages as it takes, whole lines each.
+void tst_layout_pages::aSubreportsTallRowRunsOverPages()
+{
+    LayoutFixture fixture;
+    QStringList lines;
+    for (int i = 1; i <= 120; ++i)
+        lines += QStringLiteral("line%1").arg(i);
+    fixture.answer(QStringLiteral("notes"), QStringLiteral("v\nshort\nlong"));
+    const QString others = QStringLiteral(
+        R"xml(<Report name="Notes"><RecordSource>notes</RecordSource>
+        <Section kind="detail" height="0.2in"><Expression value="If([v] = 'long', '%1', [v])" canGrow="true" width="0.6in" height="0.2in"/></Section></Report>)xml")
+                               .arg(lines.join(u' '));
+    const QString report = QStringLiteral(
+        R"xml(<Section kind="detail" height="0.4in"><Label text="Row" width="1in" height="0.2in"/><Subreport report="Notes" y="0.2in" width="3in" height="0.2in"/></Section>)xml");
+    const RenderResult result = fixture.render(report, numberedRows(1), others);
+    const QStringList found = pages(*result.document);
+    QVERIFY2(found.size() > 1, qPrintable(found.join(u'\n')));
+    QStringList words = found.join(u' ').split(u' ', Qt::SkipEmptyParts);
+    QCOMPARE(words.mid(0, 2), QStringList({QStringLiteral("Row"), QStringLiteral("short")}));
+    QCOMPARE(words.mid(2), lines);
+}
+
+void tst_layout_pages::literalsHaveTheirKindsForm()
+{
+    QCOMPARE(sqlLiteral(Datum()), QStringLiteral("NULL"));
+    QCOMPARE(sqlLiteral(Datum::boolean(true)), QStringLiteral("1"));
+    QCOMPARE(sqlLiteral(Datum::boolean(false)), QStringLiteral("0"));
+    QCOMPARE(sqlLiteral(Datum::real(-0.5)), QStringLiteral("-0.5"));
+    QCOMPARE(sqlLiteral(Datum::bytes(QByteArray("\0'\xff", 3))), QStringLiteral("0x0027ff"));
+    QCOMPARE(sqlLiteral(Datum::time(QTime(8, 5, 9))), QStringLiteral("'08:05:09'"));
+    QCOMPARE(sqlLiteral(Datum::dateTime(QDateTime(QDate(2026, 1, 31), QTime(8, 5), Qt::UTC))),
+        QStringLiteral("'2026-01-31T08:05:00'"));
 }
 
 void tst_layout_pages::circlesAreRefused()

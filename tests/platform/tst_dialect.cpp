@@ -70,7 +70,8 @@ void tst_dialect::initTestCase()
         "(12,2,'2026-11-02','2026-11-02 12:59:00',779,'12:59:00','A[1]','11/02/2026'),"
         "(13,3,'2027-01-05','2027-01-05 23:59:59.500',1439,'23:59:59','50%','01/05/2027');"
         "CREATE VIEW latest AS SELECT patient_id, day FROM appts;"
-        "CREATE TABLE loose(id int, v); INSERT INTO loose VALUES(0,1),(11,'2026-11-01');");
+        "CREATE TABLE loose(id int, v); INSERT INTO loose VALUES(0,1),(11,'2026-11-01'),"
+        "(12,2.5),(13,' 7 '),(14,'abc'),(15,9223372036854775807);");
     test::writeDatabase(m_folder.filePath(QStringLiteral("Second.db")),
         "CREATE TABLE rooms(id int, name varchar(20)); INSERT INTO rooms "
         "VALUES(1,'North'),(2,'South');"
@@ -322,6 +323,11 @@ void tst_dialect::sums_data()
         "Integer 511 | Text A1!");
     addCase("long chain of unknown types", "SELECT v + v + v + v + v FROM loose WHERE id = 0",
         "Integer 5");
+    addCase("values of no declared type add and subtract as what they are",
+        "SELECT v + 1, v - 1 FROM loose WHERE id IN (11, 12, 13) ORDER BY id",
+        "Text 2026-11-02 | Text 2026-10-31 / Real 3.5 | Real 1.5 / Integer 8 | Real 6");
+    addCase("beyond whole numbers they are real", "SELECT v + 1, v - (-1) FROM loose WHERE id = 15",
+        "Real 9.22337203685478e+18 | Real 9.22337203685478e+18");
     addCase("a bracketed sum inside",
         "SELECT (last_name + '-') + (code + '/' + CAST(start_min AS varchar)) FROM patients p JOIN "
         "appts a ON a.patient_id = p.id WHERE a.id = 12",
@@ -653,6 +659,8 @@ void tst_dialect::failures_data()
     add("SELECT * FROM Third.dbo.patients", "no such table: Third.patients");
     add("SELECT nosuch(id) FROM patients", "does not support the function NOSUCH (character 8 ");
     add("SELECT CAST('abc' AS int)", "converting the text value 'abc' to data type int");
+    add("SELECT v + 1 FROM loose WHERE id = 14", "converting the text value 'abc' to data type number");
+    add("SELECT 1 - v FROM loose WHERE id = 14", "converting the text value 'abc' to data type number");
     add("SELECT last_name + 1 FROM patients",
         "converting the text value 'O'Neil' to data type int");
     add("SELECT CONVERT(varchar, at, 999) FROM appts", "999 is not a valid style number");
