@@ -17,16 +17,20 @@ void addCell(RowsetBuilder &builder, const QString &cell)
     const qint64 whole = cell.toLongLong(&isWhole);
     const QDate date = QDate::fromString(cell, Qt::ISODate);
     const QByteArray bytes = cell.toUtf8();
-    if (cell == u"~")
+    if (cell == u"~") {
         builder.add(Value());
-    else if (isWhole)
+    } else if (cell.startsWith(u"0x")) {
+        const QByteArray raw = QByteArray::fromHex(bytes.sliced(2));
+        builder.add(Value::bytes(raw.constData(), quint32(raw.size())));
+    } else if (isWhole) {
         builder.add(Value::integer(whole));
-    else if (decimal.match(cell).hasMatch())
+    } else if (decimal.match(cell).hasMatch()) {
         builder.add(Value::decimal(bytes.constData(), quint32(bytes.size())));
-    else if (date.isValid())
+    } else if (date.isValid()) {
         builder.add(Value::date(QDate(1970, 1, 1).daysTo(date)));
-    else
+    } else {
         builder.addText(bytes);
+    }
 }
 
 class TableDriver : public Driver

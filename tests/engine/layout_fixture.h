@@ -12,8 +12,8 @@ class LayoutFixture
 {
 public:
     /// The answer to a query: the first line names the columns, cells are separated by "|". Whole
-    /// numbers, decimals
-    /// ("12.50") and dates ("2026-01-31") become such, "~" a null.
+    /// numbers, decimals ("12.50"), dates ("2026-01-31") and bytes ("0x00ff") become such, "~" a
+    /// null.
     void answer(const QString &sql, const QString &table) { m_answers[sql] = table; }
 
     /// The content of the file's first <Report>, which is named "Main" and reads "rows"; more

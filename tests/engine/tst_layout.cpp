@@ -65,9 +65,11 @@ private Q_SLOTS:
     void duplicatesShowAgainOnANewPage();
     void looksFollowConditions();
     void faultsMarkTheirCells();
+    void faultsOfEveryKindAreMarked();
     void linksBookmarksAndOutline();
     void barcodesStandOnWholeTwips();
     void picturesAreKeptOnce();
+    void picturesComeFromColumns();
     void aColumnsPicturesHaveTheLimitsOfFiles();
     void photographsStayAsTheyCame();
     void everyLookIsDrawn();
@@ -252,6 +254,25 @@ void tst_layout::faultsMarkTheirCells()
         qPrintable(result.document->notes[1]));
 }
 
+/// Each kind of field, and the addresses that fields bear.
+void tst_layout::faultsOfEveryKindAreMarked()
+{
+    LayoutFixture fixture;
+    const auto result = fixture.render(
+        detail(
+            R"xml(<CheckMark value="1 / [n] = 1" width="0.2in" height="0.2in"/><Expression value="'a'" link="1 / [n]" x="1in" width="1in" height="0.2in"/>
+        <Expression value="'b'" bookmark="1 / [n]" x="2in" width="1in" height="0.2in"/><Barcode type="code128" value="1 / [n]" x="3in" width="2in" height="0.2in"/>)xml"),
+        QStringLiteral("n\n0"));
+    QCOMPARE(test::blockTexts(*result.document, 0), QStringList(QStringLiteral("#|a|b|#")));
+    QCOMPARE(result.document->notes.size(), 2);
+    QVERIFY2(result.document->notes[0].startsWith(
+                 u"2 values could not be computed and show as #, page 1: "),
+        qPrintable(result.document->notes[0]));
+    QVERIFY2(result.document->notes[1].startsWith(
+                 u"2 links or bookmarks could not be computed and are missing, page 1: "),
+        qPrintable(result.document->notes[1]));
+}
+
 void tst_layout::linksBookmarksAndOutline()
 {
     LayoutFixture fixture;
@@ -329,6 +350,26 @@ void tst_layout::picturesAreKeptOnce()
     QCOMPARE(page.pictures[1].width, 1440);
     QCOMPARE(page.pictures[2].y, 1440 + 1440);
     QCOMPARE(document.notes.size(), 1); // a number is no picture
+}
+
+/// A picture, a null and no bytes at all, each of which leaves or shows what it is; and what is no
+/// picture.
+void tst_layout::picturesComeFromColumns()
+{
+    QBuffer file;
+    QImage(3, 2, QImage::Format_RGB32).save(&file, "png");
+    LayoutFixture fixture;
+    const auto result = fixture.render(
+        detail(R"xml(<Picture column="face" width="1in" height="0.5in"/>)xml", "0.5in"),
+        u"face\n0x" + QString::fromLatin1(file.data().toHex()) + u"\n~\n0x\n0x00ff");
+    const Document &document = *result.document;
+    QCOMPARE(document.pictures.size(), 1u);
+    QCOMPARE(document.pictures[0].image.size(), QSize(3, 2));
+    QCOMPARE(document.pages.front().pictures.size(), 1u);
+    QCOMPARE(test::blockTexts(document, 0), QStringList(QStringLiteral("#")));
+    QCOMPARE(document.notes.size(), 1);
+    QVERIFY2(document.notes[0].contains(u"is no picture; PNG, JPEG, GIF and BMP can be shown"),
+        qPrintable(document.notes[0]));
 }
 
 void tst_layout::aColumnsPicturesHaveTheLimitsOfFiles()

@@ -37,6 +37,7 @@ struct BandExtra
     QString link;
     QString bookmark;
     QString fault; ///< why the field could not be filled
+    QString referenceFault; ///< why its link or bookmark is missing
     std::vector<FilledRect> bars;
     int picture = -1; ///< into Document::pictures
     QRect pictureFrame;

@@ -348,8 +348,7 @@ void BandBuilder::fillReferences(Band &band, BandItem &item, const FieldPlan &pl
         if (plan.bookmark >= 0)
             band.needExtra(item).bookmark = band.context->evaluate(plan.bookmark).toText(m_style);
     } catch (const EvaluationFault &fault) {
-        item.isFaulty = true;
-        band.needExtra(item).fault = fault.words();
+        band.needExtra(item).referenceFault = fault.words();
     }
 }
 

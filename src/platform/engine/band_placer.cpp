@@ -99,6 +99,8 @@ void BandPlacer::count(const Spot &spot, const BandItem &item)
         m_cut.add(m_page);
     if (item.isFaulty)
         m_faults.add(m_page, spot.band.extraOf(item)->fault);
+    if (const BandExtra *extra = spot.band.extraOf(item); extra && !extra->referenceFault.isEmpty())
+        m_referenceFaults.add(m_page, extra->referenceFault);
 }
 
 void BandPlacer::fill(qint32 x, qint32 y, qint32 width, qint32 height, QRgb colour)
@@ -293,7 +295,10 @@ QStringList BandPlacer::notes() const
     for (const QString &note :
         {m_cut.note(QStringLiteral("value was cut"), QStringLiteral("values were cut")),
             m_faults.note(QStringLiteral("value could not be computed and shows as #"),
-                QStringLiteral("values could not be computed and show as #"))}) {
+                QStringLiteral("values could not be computed and show as #")),
+            m_referenceFaults.note(
+                QStringLiteral("link or bookmark could not be computed and is missing"),
+                QStringLiteral("links or bookmarks could not be computed and are missing"))}) {
         if (!note.isEmpty())
             notes += note;
     }

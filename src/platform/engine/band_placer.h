@@ -73,6 +73,7 @@ private:
     std::vector<PageField> m_pageFields;
     ValueTally m_cut;
     ValueTally m_faults;
+    ValueTally m_referenceFaults;
 };
 
 } // namespace corvane
