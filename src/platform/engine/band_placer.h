@@ -42,7 +42,6 @@ public:
     std::vector<PageField> &pageFields() { return m_pageFields; }
     /// What to tell of values that were cut or could not be computed.
     QStringList notes() const;
-    ValueTally &faults() { return m_faults; }
     ValueTally &cutValues() { return m_cut; }
 
 private:
