@@ -135,15 +135,11 @@ public:
             checkFolder();
             return {};
         }
-        if (!source.open(QIODevice::ReadOnly)) {
-            checkFolder();
-            refuse(QStringLiteral("%1. Ask for the right to read it.").arg(systemWords(source.errorString())));
-        }
+        if (!source.open(QIODevice::ReadOnly))
+            refuseOrTellLoss(QStringLiteral("%1. Ask for the right to read it.").arg(systemWords(source.errorString())));
         const QByteArray bytes = source.readAll();
-        if (source.error() != QFile::NoError) {
-            checkFolder();
-            refuse(QStringLiteral("It cannot be read to its end: %1. Have the disk and the connection to it looked at.").arg(systemWords(source.errorString())));
-        }
+        if (source.error() != QFile::NoError)
+            refuseOrTellLoss(QStringLiteral("It cannot be read to its end: %1. Have the disk and the connection to it looked at.").arg(systemWords(source.errorString())));
         return bytes;
     }
 
@@ -154,10 +150,8 @@ public:
     bool replace(const QByteArray &expected, const QByteArray &bytes)
     {
         const FileHold hold(m_name);
-        if (!hold.isHeld()) {
-            checkFolder();
-            refuse(QStringLiteral("Another program is writing it. Try again in a moment."));
-        }
+        if (!hold.isHeld())
+            refuseOrTellLoss(QStringLiteral("Another program is writing it. Try again in a moment."));
         if (bytes == expected)
             return read() == expected;
         if (!m_file.open() || !m_file.write(bytes) || !m_file.complete())
@@ -177,6 +171,13 @@ private:
     {
         if (!QFileInfo(QFileInfo(m_name).absolutePath()).isDir())
             refuse(writeFailure(m_name, QFile::NoError, {}, SavePlace::Fixed));
+    }
+
+    /// For what a lost folder looks like too: then the loss is told.
+    [[noreturn]] void refuseOrTellLoss(const QString &cause) const
+    {
+        checkFolder();
+        refuse(cause);
     }
 
     QString m_name;

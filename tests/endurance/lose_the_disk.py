@@ -7,6 +7,8 @@ somebody else fills to its last byte at a random moment, and TIMES each in a net
 Then BIN/corvane-batch does the same with a clinic (DEMO), and reads a clinic whose folder is gone. Each program must
 end by itself with a sentence that says what happened and what to do. The target must be byte for byte the old or the
 new file. A full disk keeps no temporary file; a lost folder at most one, gone after the next save.
+A definition is held open while it is replaced, and a network's client then takes two steps: it gives the old file a name
+of its own first. Between them no file has the definition's name; the old one must be there whole, and is counted.
 
 The network folder is sshfs with an sftp server behind it, without a network. Needs the right to mount.
 """
@@ -20,7 +22,7 @@ import subprocess
 import sys
 import time
 
-from saving import KINDS, SavingLoop, check_pdf, content, fail
+from saving import KINDS, NETWORKS_OWN, SavingLoop, check_pdf, content, fail
 
 PATIENCE = 60  # seconds within which a program must have noticed
 NO_ROOM = "No space left on device. Free some space"
@@ -136,6 +138,22 @@ def fill_while_saving(kind, times, program, definition, work, chance):
     causes(f"{kind}: disk filled {times} times", counts)
 
 
+def networks_own(folder):
+    return [os.path.join(folder, name) for name in os.listdir(folder) if NETWORKS_OWN.fullmatch(name)]
+
+
+def put_back(loop, folder):
+    """Whether the definition had only the name that the network's client gave it; it has its own again."""
+    target = os.path.join(folder, loop.name)
+    if loop.kind != "definition" or os.path.exists(target):
+        return False
+    whole = [name for name in networks_own(folder) if content(name) in loop.versions()]
+    if not whole:
+        fail("the definition is gone, under any name")
+    os.rename(whole[0], target)
+    return True
+
+
 def lose_while_saving(kind, times, program, definition, work, chance):
     network = NetworkFolder(os.path.join(work, kind + "-lost"), os.path.join(work, kind + "-server"))
     loop = SavingLoop(kind, program, definition, network.folder, os.path.join(work, kind + "-lost-versions"))
@@ -154,8 +172,13 @@ def lose_while_saving(kind, times, program, definition, work, chance):
         if set(left) & set(known) or len(left) > 1:
             fail(f"{kind}: temporary files were not cleaned up: {left}")
         known = left
+        note = " (a temporary file is left)" if left else ""
+        if put_back(loop, network.behind):
+            note += " (the old file has the network's own name)"
         loop.check_target(os.path.join(network.behind, loop.name))
-        counts[anonymous(words, network.folder) + (" (a temporary file is left)" if left else "")] += 1
+        for name in networks_own(network.behind):
+            os.remove(name)
+        counts[anonymous(words, network.folder) + note] += 1
     if kind == "pdf":
         check_pdf(os.path.join(network.behind, loop.name))
     causes(f"{kind}: network folder lost {times} times", counts)
